@@ -1,0 +1,25 @@
+# What every target of this project has in common: C++20, hidden symbols, warnings
+# as errors, bit-exact arithmetic, and the sanitizers or coverage asked for.
+
+set(TQBINNING_WARNINGS -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+
+function(tq_set_target_defaults target)
+  target_compile_features(${target} PRIVATE cxx_std_20)
+  # No contraction of a * b + c: the same input gives the same doubles on every build.
+  target_compile_options(${target} PRIVATE ${TQBINNING_WARNINGS} -ffp-contract=off)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    POSITION_INDEPENDENT_CODE ON
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+  if(TQBINNING_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${TQBINNING_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS)
+    target_link_options(${target} PRIVATE -fsanitize=${TQBINNING_SANITIZE})
+  endif()
+  if(TQBINNING_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage -fprofile-abs-path)
+    target_link_options(${target} PRIVATE --coverage)
+  endif()
+endfunction()

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "tqbinning/export.h"
+
+namespace TQBinning {
+
+// Reads one temporary column file: doubles in the machine's byte order, without
+// header.  One value is always read ahead, so that HasMore needs no read.  Closes
+// its file and never removes it.  Not copyable; created and destroyed by its
+// concrete type only (no virtual destructor).
+class TQBINNING_EXPORT BinaryRecordIterator {
+ public:
+  // Opens the file and reads its first value ahead.  A file that cannot be opened
+  // is told on standard output and leaves the iterator failed.
+  explicit BinaryRecordIterator(const std::string& path);
+  BinaryRecordIterator(const BinaryRecordIterator&) = delete;
+  BinaryRecordIterator& operator=(const BinaryRecordIterator&) = delete;
+  ~BinaryRecordIterator();
+
+  virtual bool HasMore() const;  // GetFailReason() == 0
+  // The next value; 0.0 when there is none.
+  virtual double Next();
+  // 0 while values remain, 1 at the end of the file, 3 after a failure to open or
+  // read (a partial last value included), 4 final.
+  virtual int GetFailReason() const;
+  // Starts again from the first value and returns the fail reason; final stays.
+  virtual int NewPass();
+
+  // Moves the value read ahead into place and reads another; the fail reason.
+  int NextRecord();
+
+ protected:
+  struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+
+  double fCurrent;                               // handed out last
+  double fLookahead;                             // read ahead
+  std::unique_ptr<std::FILE, FileCloser> fFile;  // null when it could not be opened
+  int fCount;                                    // values per read, always 1
+  int fFailReason;
+  std::string fPath;
+};
+
+}  // namespace TQBinning

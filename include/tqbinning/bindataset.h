@@ -1,0 +1,105 @@
+#pragma once
+
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tqbinning/binaryrecorditerator.h"
+#include "tqbinning/bindatatuple.h"
+#include "tqbinning/export.h"
+#include "tqbinning/tqstatus.h"
+
+class BINDataPreparator;
+
+namespace TQCommon {
+class RecordIterator;
+}
+
+// Reads the preparator's column files back, one attribute at a time, as tuples
+// sorted by value, with the attribute's counts, extremes and weight totals.  One
+// tuple vector of the length of the kept cases serves the whole run: only its
+// first GetNumberOfValidTuples() elements belong to the current attribute, the
+// rest is what earlier attributes left there.  Borrows source and preparator.
+class TQBINNING_EXPORT BINDataSet {
+ public:
+  BINDataSet(TQCommon::RecordIterator& source, BINDataPreparator& preparator);
+  BINDataSet(const BINDataSet&) = delete;
+  BINDataSet& operator=(const BINDataSet&) = delete;
+  ~BINDataSet();
+
+  // Runs the data pass and prepares reading.  Errors: the pass's own, or 3 when
+  // the tuple vector cannot be had.
+  TQBinning::TQStatus HandleDataFile();
+
+  // Above how many distinct values an attribute is to be pre-binned; 0 is ignored.
+  void SetThresholdDistinct(unsigned int threshold);
+  // Sets the number of cases, from which tuple vectors are sized; false for 0.
+  bool SetNumberOfCases(unsigned long n);
+
+  // Whether a variable (by list index) can serve as target.  Errors: 120010 for a
+  // negative index, 120013 for a variable without a file.
+  TQBinning::TQStatus IsValidTarget(int target, bool& isValid);
+  // Reads a column's valid cases into the tuples, in case order.  Always OK.
+  TQBinning::TQStatus ReadNextAttribute(unsigned int column);
+
+  // The attribute's tuples, sorted by value, for variables given by list index.
+  // `tuples` points at the data set's vector, overwritten by the next call.  The
+  // first form hands out null when the list has a target (it then keeps tuples
+  // with targets only); the second returns error 120010, and null, when the
+  // target is not a usable column.
+  TQBinning::TQStatus GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples);
+  TQBinning::TQStatus GetAttribute(unsigned int attribute, unsigned int target,
+                                   std::vector<BINDataTuple>*& tuples);
+
+  // Class weights per bin of the current attribute: bin b (from 0), class c at
+  // b * GetNumberOfClasses() + c, for the bins between `boundaries` (ascending;
+  // the first is never compared).  Warning 120002: no boundaries, or tuples that
+  // they do not cover; the table is then filled as far as it went.
+  TQBinning::TQStatus CreateBinTable(const std::vector<double>* boundaries, bool rightClosed,
+                                     std::vector<double>& table);
+
+  // About the current attribute and target.
+  int GetNumberOfClasses() const;  // largest code of the target's column + 1
+  unsigned int GetNumberOfValidTuples() const;
+  unsigned int GetNumberOfDistinctValues() const;
+  double GetValidWeightTotal() const;  // weights of the valid tuples
+  double GetWeightTotal() const;       // those of cases with missing values as well
+  bool ExceedsThreshold() const;
+  double GetMinimum() const;  // TQMV::gMissingValue without a tuple
+  double GetMaximum() const;  // TQMV::gMissingValue without a tuple
+
+ protected:
+  using Reader = TQBinning::BinaryRecordIterator;
+
+  int ColumnOf(unsigned int variable) const;
+  std::unique_ptr<Reader> OpenColumn(int column) const;
+  TQBinning::TQStatus AllocateTuples();
+  void AddCase(double value, double target, double weight);
+  template <typename Tuple>
+  void SortAndSummarise(std::vector<Tuple>* tuples);
+
+  int fNumberOfClasses;
+  bool fHasWeight;
+  bool fHasTarget;
+  std::unique_ptr<std::vector<BINDataTuple>> fSupervisedTuples;
+  std::unique_ptr<std::vector<EFBINDataTuple>> fUnsupervisedTuples;
+  std::unique_ptr<Reader> fTargetReader;  // stays open from attribute to attribute
+  std::unique_ptr<Reader> fWeightReader;
+  TQCommon::RecordIterator& fSource;
+  BINDataPreparator& fPreparator;
+  bool fThresholdSet;
+  std::vector<std::string> fFileNames;
+  const std::vector<int>* fVariableIndex;  // the preparator's
+  unsigned int fNumberOfValidTuples;
+  unsigned int fNumberOfDistinctValues;
+  unsigned long fNumberOfCases;
+  double fValidWeightTotal;
+  double fWeightTotal;
+  unsigned int fDistinctThreshold;
+  bool fExceedsThreshold;
+  int fTargetColumn;
+  int fWeightColumn;  // -1 without a weight
+  double fMinimum;
+  double fMaximum;
+};

@@ -1,0 +1,9 @@
+#pragma once
+
+// Marks a class or function as part of the library's binary interface;
+// everything else is hidden.
+#if defined(__GNUC__)
+#define TQBINNING_EXPORT [[gnu::visibility("default")]]
+#else
+#define TQBINNING_EXPORT
+#endif

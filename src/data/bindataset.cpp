@@ -1,0 +1,224 @@
+#include "tqbinning/bindataset.h"
+
+#include <algorithm>
+#include <exception>
+#include <span>
+
+#include "common/categorycode.h"
+#include "common/missing.h"
+#include "common/raise.h"
+#include "data/tupleorder.h"
+#include "tqbinning/bindatapreparator.h"
+#include "tqbinning/binvarlist.h"
+
+using namespace TQBinning;
+
+BINDataSet::BINDataSet(TQCommon::RecordIterator& source, BINDataPreparator& preparator)
+    : fNumberOfClasses(0),
+      fHasWeight(false),
+      fHasTarget(false),
+      fSource(source),
+      fPreparator(preparator),
+      fThresholdSet(false),
+      fVariableIndex(nullptr),
+      fNumberOfValidTuples(0),
+      fNumberOfDistinctValues(0),
+      fNumberOfCases(0),
+      fValidWeightTotal(0.0),
+      fWeightTotal(0.0),
+      fDistinctThreshold(0),
+      fExceedsThreshold(false),
+      fTargetColumn(0),
+      fWeightColumn(-1),
+      fMinimum(TQMV::gMissingValue),
+      fMaximum(TQMV::gMissingValue) {}
+
+BINDataSet::~BINDataSet() = default;
+
+TQStatus BINDataSet::HandleDataFile() {
+  const TQStatus status = fPreparator.ProcessSource(fSource);
+  if (status.IsError()) return status;
+
+  fHasWeight = fPreparator.GetVarList().GetWeightIndex() >= 0;
+  fHasTarget = fPreparator.GetVarList().GetTargetIndex() >= 0;
+  fNumberOfCases = fPreparator.GetNumberOfKeptCases();
+  fFileNames = fPreparator.GetFileNames();
+  fVariableIndex = &fPreparator.GetVariableIndex();
+  const TQStatus allocation = AllocateTuples();
+  if (allocation.IsError()) return allocation;
+
+  if (fHasTarget) {
+    fTargetColumn = 0;
+    fTargetReader = OpenColumn(fTargetColumn);
+  }
+  if (fHasWeight) {
+    fWeightColumn = fHasTarget ? 1 : 0;
+    fWeightReader = OpenColumn(fWeightColumn);
+  }
+  return status;
+}
+
+TQStatus BINDataSet::AllocateTuples() {
+  try {
+    if (fHasTarget) {
+      fSupervisedTuples = std::make_unique<std::vector<BINDataTuple>>(fNumberOfCases);
+    } else {
+      fUnsupervisedTuples = std::make_unique<std::vector<EFBINDataTuple>>(fNumberOfCases);
+    }
+  } catch (const std::exception&) {
+    return Error(kResourceFailure);
+  }
+  return TQStatus();
+}
+
+void BINDataSet::SetThresholdDistinct(unsigned int threshold) {
+  if (threshold == 0) return;
+  fDistinctThreshold = threshold;
+  fThresholdSet = true;
+}
+
+bool BINDataSet::SetNumberOfCases(unsigned long n) {
+  if (n == 0) return false;
+  fNumberOfCases = n;
+  return true;
+}
+
+// -1 for a variable without a column, or one that is not in the list.
+int BINDataSet::ColumnOf(unsigned int variable) const {
+  if (fVariableIndex == nullptr || variable >= fVariableIndex->size()) return -1;
+  return (*fVariableIndex)[variable];
+}
+
+// A column without a file gets a reader that has nothing to read.
+std::unique_ptr<BinaryRecordIterator> BINDataSet::OpenColumn(int column) const {
+  const auto position = static_cast<std::size_t>(column);  // of -1: beyond every name
+  return std::make_unique<Reader>(position < fFileNames.size() ? fFileNames[position]
+                                                               : std::string());
+}
+
+TQStatus BINDataSet::IsValidTarget(int target, bool& isValid) {
+  if (target < 0) return Error(kTargetNotUsable);
+  return fPreparator.IsValidTarget(ColumnOf(static_cast<unsigned int>(target)), isValid);
+}
+
+TQStatus BINDataSet::ReadNextAttribute(unsigned int column) {
+  fNumberOfValidTuples = 0;
+  fWeightTotal = 0.0;
+  fValidWeightTotal = 0.0;
+  if (fTargetReader) fTargetReader->NewPass();
+  if (fWeightReader) fWeightReader->NewPass();
+  const auto attributeReader = OpenColumn(static_cast<int>(column));
+
+  // All files hold one value a case; the first of them that exists counts the cases.
+  const Reader& leader = fTargetReader   ? *fTargetReader
+                         : fWeightReader ? *fWeightReader
+                                         : *attributeReader;
+  while (leader.HasMore()) {
+    const double target = fTargetReader ? fTargetReader->Next() : 0.0;
+    const double weight = fWeightReader ? fWeightReader->Next() : 1.0;
+    AddCase(attributeReader->Next(), target, weight);
+  }
+  return TQStatus();
+}
+
+void BINDataSet::AddCase(double value, double target, double weight) {
+  if (IsMissing(weight)) return;
+  fWeightTotal += weight;
+  if (IsMissing(value) || (fTargetReader && IsMissing(target))) return;
+  if (fNumberOfValidTuples >= fNumberOfCases) return;  // a file that others have appended to
+  fValidWeightTotal += weight;
+  if (fTargetReader) {
+    if (fSupervisedTuples) {
+      (*fSupervisedTuples)[fNumberOfValidTuples] = {value, CategoryCode(target), weight};
+    }
+  } else if (fUnsupervisedTuples) {
+    (*fUnsupervisedTuples)[fNumberOfValidTuples] = {value, weight};
+  }
+  ++fNumberOfValidTuples;
+}
+
+TQStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples) {
+  tuples = nullptr;
+  const TQStatus status = ReadNextAttribute(static_cast<unsigned int>(ColumnOf(attribute)));
+  if (status.IsWarning()) return status;
+  SortAndSummarise(fUnsupervisedTuples.get());
+  tuples = fUnsupervisedTuples.get();
+  return TQStatus();
+}
+
+TQStatus BINDataSet::GetAttribute(unsigned int attribute, unsigned int target,
+                                  std::vector<BINDataTuple>*& tuples) {
+  tuples = nullptr;
+  bool isValid = false;
+  const TQStatus validity = IsValidTarget(static_cast<int>(target), isValid);
+  if (validity.IsError() || !isValid) return Error(kTargetNotUsable);
+
+  const int targetColumn = ColumnOf(target);
+  fNumberOfClasses = fPreparator.GetLargestCode(targetColumn) + 1;
+  if (fTargetReader == nullptr || targetColumn != fTargetColumn) {
+    fTargetReader = OpenColumn(targetColumn);
+    fTargetColumn = targetColumn;
+  }
+  // A list without a target of its own had no need for these until now.
+  if (fSupervisedTuples == nullptr) {
+    fSupervisedTuples = std::make_unique<std::vector<BINDataTuple>>(fNumberOfCases);
+  }
+
+  const TQStatus status = ReadNextAttribute(static_cast<unsigned int>(ColumnOf(attribute)));
+  if (status.IsWarning()) return status;
+  SortAndSummarise(fSupervisedTuples.get());
+  if (fThresholdSet) {
+    fExceedsThreshold = fDistinctThreshold != 0 && fNumberOfDistinctValues > fDistinctThreshold;
+  }
+  tuples = fSupervisedTuples.get();
+  return TQStatus();
+}
+
+// A vector that is absent (tuples of the other kind are kept) holds no tuple.
+template <typename Tuple>
+void BINDataSet::SortAndSummarise(std::vector<Tuple>* tuples) {
+  const std::span<Tuple> valid =
+      tuples == nullptr ? std::span<Tuple>() : std::span(*tuples).first(fNumberOfValidTuples);
+  SortByValue(valid);
+  fNumberOfDistinctValues = CountDistinct<Tuple>(valid);
+  fMinimum = valid.empty() ? TQMV::gMissingValue : valid.front().value;
+  fMaximum = valid.empty() ? TQMV::gMissingValue : valid.back().value;
+}
+
+TQStatus BINDataSet::CreateBinTable(const std::vector<double>* boundaries, bool rightClosed,
+                                    std::vector<double>& table) {
+  if (boundaries == nullptr || boundaries->empty()) return Warning(kInvalidTable);
+
+  const std::size_t bins = boundaries->size() - 1;
+  const auto classes = static_cast<std::size_t>(fNumberOfClasses);
+  table.assign(bins * classes, 0.0);
+
+  std::size_t bin = 1;  // counted from 1: bin b ends at boundary b
+  const std::span<const BINDataTuple> valid =
+      fSupervisedTuples
+          ? std::span<const BINDataTuple>(*fSupervisedTuples).first(fNumberOfValidTuples)
+          : std::span<const BINDataTuple>();
+  for (const BINDataTuple& tuple : valid) {
+    const auto belongs = [&](double boundary) {
+      return rightClosed ? tuple.value <= boundary : tuple.value < boundary;
+    };
+    while (bin <= bins && !belongs((*boundaries)[bin])) ++bin;
+    if (bin > bins) break;
+    // Only a foreign file can hold a code beyond the largest one that was spooled.
+    if (tuple.target < classes) table[(bin - 1) * classes + tuple.target] += tuple.weight;
+  }
+  if (bin == bins) return TQStatus();
+  if (bin < bins) {  // the tuples ran out: the row that was being filled is not handed out
+    std::fill_n(table.begin() + static_cast<std::ptrdiff_t>((bin - 1) * classes), classes, 0.0);
+  }
+  return Warning(kInvalidTable);
+}
+
+int BINDataSet::GetNumberOfClasses() const { return fNumberOfClasses; }
+unsigned int BINDataSet::GetNumberOfValidTuples() const { return fNumberOfValidTuples; }
+unsigned int BINDataSet::GetNumberOfDistinctValues() const { return fNumberOfDistinctValues; }
+double BINDataSet::GetValidWeightTotal() const { return fValidWeightTotal; }
+double BINDataSet::GetWeightTotal() const { return fWeightTotal; }
+bool BINDataSet::ExceedsThreshold() const { return fExceedsThreshold; }
+double BINDataSet::GetMinimum() const { return fMinimum; }
+double BINDataSet::GetMaximum() const { return fMaximum; }
