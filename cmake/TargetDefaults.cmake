@@ -23,3 +23,10 @@ function(tq_set_target_defaults target)
     target_link_options(${target} PRIVATE --coverage)
   endif()
 endfunction()
+
+# Keeps the standard library's template instances out of a shared library's exports.
+function(tq_export_only_our_own target)
+  set(map ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  target_link_options(${target} PRIVATE LINKER:--version-script=${map})
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
+endfunction()

@@ -70,22 +70,25 @@ class TQBINNING_EXPORT BINDataSet {
   double GetMaximum() const;  // TQMV::gMissingValue without a tuple
 
  protected:
-  using Reader = TQBinning::BinaryRecordIterator;
+  // A reader is deleted as what it is: its class has no virtual destructor.
+  struct ReaderDeleter {
+    void operator()(TQBinning::BinaryRecordIterator* reader) const;
+  };
+  using Reader = std::unique_ptr<TQBinning::BinaryRecordIterator, ReaderDeleter>;
 
   int ColumnOf(unsigned int variable) const;
-  std::unique_ptr<Reader> OpenColumn(int column) const;
+  Reader OpenColumn(int column) const;
   TQBinning::TQStatus AllocateTuples();
   void AddCase(double value, double target, double weight);
-  template <typename Tuple>
-  void SortAndSummarise(std::vector<Tuple>* tuples);
+  void Summarise(unsigned int distinctValues, double minimum, double maximum);
 
   int fNumberOfClasses;
   bool fHasWeight;
   bool fHasTarget;
   std::unique_ptr<std::vector<BINDataTuple>> fSupervisedTuples;
   std::unique_ptr<std::vector<EFBINDataTuple>> fUnsupervisedTuples;
-  std::unique_ptr<Reader> fTargetReader;  // stays open from attribute to attribute
-  std::unique_ptr<Reader> fWeightReader;
+  Reader fTargetReader;  // stays open from attribute to attribute
+  Reader fWeightReader;
   TQCommon::RecordIterator& fSource;
   BINDataPreparator& fPreparator;
   bool fThresholdSet;

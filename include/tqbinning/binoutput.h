@@ -11,7 +11,7 @@
 
 // The outcome of binning one attribute against one target.  A value: copies are
 // deep.  Filled by BINOutput alone.
-class TQBINNING_EXPORT BINAttributeTargetResults {
+class TQBINNING_EXPORT BINAttributeTargetResults final {
  public:
   // OK, no bins, indices -1, numbers 0.
   BINAttributeTargetResults();

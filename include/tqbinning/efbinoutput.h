@@ -8,7 +8,7 @@
 
 // The outcome of equal-frequency binning of one attribute.  A value: copies are
 // deep.  Filled by EFBINOutput alone.
-class TQBINNING_EXPORT BINAttributeResults {
+class TQBINNING_EXPORT BINAttributeResults final {
  public:
   // OK, no bins, index -1, numbers 0.
   BINAttributeResults();

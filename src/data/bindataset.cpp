@@ -35,6 +35,13 @@ BINDataSet::BINDataSet(TQCommon::RecordIterator& source, BINDataPreparator& prep
 
 BINDataSet::~BINDataSet() = default;
 
+// A BinaryRecordIterator has virtual operations but no virtual destructor, by its
+// binary interface; none of a derived class is ever held here.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor"
+void BINDataSet::ReaderDeleter::operator()(BinaryRecordIterator* reader) const { delete reader; }
+#pragma GCC diagnostic pop
+
 TQStatus BINDataSet::HandleDataFile() {
   const TQStatus status = fPreparator.ProcessSource(fSource);
   if (status.IsError()) return status;
@@ -90,10 +97,10 @@ int BINDataSet::ColumnOf(unsigned int variable) const {
 }
 
 // A column without a file gets a reader that has nothing to read.
-std::unique_ptr<BinaryRecordIterator> BINDataSet::OpenColumn(int column) const {
+BINDataSet::Reader BINDataSet::OpenColumn(int column) const {
   const auto position = static_cast<std::size_t>(column);  // of -1: beyond every name
-  return std::make_unique<Reader>(position < fFileNames.size() ? fFileNames[position]
-                                                               : std::string());
+  return Reader(new BinaryRecordIterator(position < fFileNames.size() ? fFileNames[position]
+                                                                      : std::string()));
 }
 
 TQStatus BINDataSet::IsValidTarget(int target, bool& isValid) {
@@ -107,12 +114,12 @@ TQStatus BINDataSet::ReadNextAttribute(unsigned int column) {
   fValidWeightTotal = 0.0;
   if (fTargetReader) fTargetReader->NewPass();
   if (fWeightReader) fWeightReader->NewPass();
-  const auto attributeReader = OpenColumn(static_cast<int>(column));
+  const Reader attributeReader = OpenColumn(static_cast<int>(column));
 
   // All files hold one value a case; the first of them that exists counts the cases.
-  const Reader& leader = fTargetReader   ? *fTargetReader
-                         : fWeightReader ? *fWeightReader
-                                         : *attributeReader;
+  const BinaryRecordIterator& leader = fTargetReader   ? *fTargetReader
+                                       : fWeightReader ? *fWeightReader
+                                                       : *attributeReader;
   while (leader.HasMore()) {
     const double target = fTargetReader ? fTargetReader->Next() : 0.0;
     const double weight = fWeightReader ? fWeightReader->Next() : 1.0;
@@ -137,11 +144,32 @@ void BINDataSet::AddCase(double value, double target, double weight) {
   ++fNumberOfValidTuples;
 }
 
+namespace {
+
+struct AttributeRange {
+  unsigned int distinctValues;
+  double minimum;
+  double maximum;
+};
+
+// Sorts the valid tuples.  A vector that is absent (tuples of the other kind are kept)
+// holds none.
+template <typename Tuple>
+AttributeRange SortTuples(std::vector<Tuple>* tuples, std::size_t valid) {
+  if (tuples == nullptr || valid == 0) return {0, TQMV::gMissingValue, TQMV::gMissingValue};
+  const std::span<Tuple> sorted = std::span(*tuples).first(valid);
+  SortByValue(sorted);
+  return {CountDistinct<Tuple>(sorted), sorted.front().value, sorted.back().value};
+}
+
+}  // namespace
+
 TQStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples) {
   tuples = nullptr;
   const TQStatus status = ReadNextAttribute(static_cast<unsigned int>(ColumnOf(attribute)));
   if (status.IsWarning()) return status;
-  SortAndSummarise(fUnsupervisedTuples.get());
+  const AttributeRange range = SortTuples(fUnsupervisedTuples.get(), fNumberOfValidTuples);
+  Summarise(range.distinctValues, range.minimum, range.maximum);
   tuples = fUnsupervisedTuples.get();
   return TQStatus();
 }
@@ -166,7 +194,8 @@ TQStatus BINDataSet::GetAttribute(unsigned int attribute, unsigned int target,
 
   const TQStatus status = ReadNextAttribute(static_cast<unsigned int>(ColumnOf(attribute)));
   if (status.IsWarning()) return status;
-  SortAndSummarise(fSupervisedTuples.get());
+  const AttributeRange range = SortTuples(fSupervisedTuples.get(), fNumberOfValidTuples);
+  Summarise(range.distinctValues, range.minimum, range.maximum);
   if (fThresholdSet) {
     fExceedsThreshold = fDistinctThreshold != 0 && fNumberOfDistinctValues > fDistinctThreshold;
   }
@@ -174,15 +203,10 @@ TQStatus BINDataSet::GetAttribute(unsigned int attribute, unsigned int target,
   return TQStatus();
 }
 
-// A vector that is absent (tuples of the other kind are kept) holds no tuple.
-template <typename Tuple>
-void BINDataSet::SortAndSummarise(std::vector<Tuple>* tuples) {
-  const std::span<Tuple> valid =
-      tuples == nullptr ? std::span<Tuple>() : std::span(*tuples).first(fNumberOfValidTuples);
-  SortByValue(valid);
-  fNumberOfDistinctValues = CountDistinct<Tuple>(valid);
-  fMinimum = valid.empty() ? TQMV::gMissingValue : valid.front().value;
-  fMaximum = valid.empty() ? TQMV::gMissingValue : valid.back().value;
+void BINDataSet::Summarise(unsigned int distinctValues, double minimum, double maximum) {
+  fNumberOfDistinctValues = distinctValues;
+  fMinimum = minimum;
+  fMaximum = maximum;
 }
 
 TQStatus BINDataSet::CreateBinTable(const std::vector<double>* boundaries, bool rightClosed,

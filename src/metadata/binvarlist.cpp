@@ -78,6 +78,7 @@ BINVarList::BINVarList(const BINVarList& other)
 }
 
 BINVarList& BINVarList::operator=(const BINVarList& other) {
+  if (this == &other) return *this;  // hosts hold pointers to the variables
   BINVarList copy(other);
   fVariables.swap(copy.fVariables);
   fNumContVars = copy.fNumContVars;
