@@ -69,10 +69,11 @@ TQStatus EFBINAlgorithm::CreateBins(TQCommon::RecordIterator& records,
 
     TQStatus status;
     if (!fCancelInfo.IsCancel()) {
+      const bool isFirstCall = fPreparator == nullptr;
       status = PrepareData(records, fVarList, fCancelInfo, PassSettingsOf(fSettings), fPreparator,
                            fDataSet);
       if (status.IsError()) return status;
-      fRightBorderClosed = fSettings.IsRightBorderClosed();
+      if (isFirstCall) fRightBorderClosed = fSettings.IsRightBorderClosed();  // kept for good
       status = DoCreateBins(attributeIndices);
     }
     if (!fStatus.IsOK()) status = Warning(kSomeNotOK);

@@ -27,11 +27,12 @@ BINDataCache::~BINDataCache() = default;
 bool BINDataCache::Resize(int rows, int cols) {
   if (rows < 0 || cols < 0) return false;
   try {
-    fFillCounts.reserve(Count(rows));  // the last thing that can fail comes second
-    fData.resize(Count(rows) * Count(cols), 0.0);
+    fData.reserve(Count(rows) * Count(cols));
+    fFillCounts.reserve(Count(rows));
   } catch (const std::exception&) {
     return false;
   }
+  fData.resize(Count(rows) * Count(cols), 0.0);
   fFillCounts.resize(Count(rows), 0U);
   fRows = rows;
   fCols = cols;

@@ -1,0 +1,717 @@
+#include "tqbinning/binefpreprocess.h"
+
+#include <cmath>
+#include <limits>
+#include <type_traits>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "support/memoryrecords.h"
+
+namespace {
+
+using support::kMissing;
+using support::kNaN;
+using Doubles = std::vector<double>;
+using Tuples = std::vector<EFBINDataTuple>;      // {value, weight}
+using TargetTuples = std::vector<BINDataTuple>;  // {value, target, weight}
+
+constexpr bool kRightClosed = true;  // a run at a cut belongs to the lower bin
+constexpr bool kLeftClosed = false;  // ... to the upper bin
+constexpr double kEpsilon = std::numeric_limits<double>::epsilon();  // 2^-52
+
+// The whole numbers from 1 to n, each of weight 1.
+Tuples OneTo(int n) {
+  Tuples tuples;
+  for (int i = 1; i <= n; ++i) tuples.push_back({static_cast<double>(i), 1.0});
+  return tuples;
+}
+
+TargetTuples WithTarget(const Tuples& tuples) {
+  TargetTuples result;
+  for (const EFBINDataTuple& tuple : tuples) result.push_back({tuple.value, 0, tuple.weight});
+  return result;
+}
+
+struct Cuts {
+  Doubles points;
+  Doubles frequencies;
+  bool found = false;
+};
+
+// Works for tuples of either kind.
+template <typename Vector>
+Cuts FindCuts(int bins, bool includeUpper, Vector tuples, double totalWeight) {
+  BINEFPreProcess process(bins, includeUpper);
+  Cuts cuts;
+  cuts.found =
+      process.EFCreatePercentileCutPts(&tuples, cuts.points, cuts.frequencies, totalWeight);
+  return cuts;
+}
+
+// A walk over tuples that can be set up in its middle and taken step by step.
+template <typename Vector>
+class Walk {
+ public:
+  // A total of 0 finds nothing but leaves the tuples in place.
+  Walk(bool includeUpper, const Vector& tuples) : fTuples(tuples), fProcess(2, includeUpper) {
+    EXPECT_FALSE(fProcess.EFCreatePercentileCutPts(&fTuples, cutPoints, frequencies, 0.0));
+  }
+
+  double Step(double percent, double totalWeight) {
+    return fProcess.GetPercentile(cutPoints, frequencies, percent, index, cumulative,
+                                  previousCumulative, totalWeight);
+  }
+
+  unsigned int index = 0;
+  double cumulative = 0.0;
+  double previousCumulative = 0.0;
+  Doubles cutPoints;
+  Doubles frequencies;
+
+ private:
+  Vector fTuples;
+  BINEFPreProcess fProcess;
+};
+
+// ---- FindCutPts ----
+
+TEST(BINEFPreProcess, FourBinsOverOneToEightCutAtTheMidpoints) {
+  for (const bool includeUpper : {kRightClosed, kLeftClosed}) {
+    SCOPED_TRACE(includeUpper);
+    const Cuts cuts = FindCuts(4, includeUpper, OneTo(8), 8.0);
+    EXPECT_TRUE(cuts.found);
+    EXPECT_EQ((Doubles{2.5, 4.5, 6.5}), cuts.points);
+    EXPECT_EQ((Doubles{2.0, 2.0, 2.0, 2.0}), cuts.frequencies);
+  }
+}
+
+// A third of 6 is not a double, but within the tolerance of 2.
+TEST(BINEFPreProcess, ThreeBinsOverOneToSixCutAtTheMidpointsDespiteRounding) {
+  for (const bool includeUpper : {kRightClosed, kLeftClosed}) {
+    SCOPED_TRACE(includeUpper);
+    const Cuts cuts = FindCuts(3, includeUpper, OneTo(6), 6.0);
+    EXPECT_EQ((Doubles{2.5, 4.5}), cuts.points);
+    EXPECT_EQ((Doubles{2.0, 2.0, 2.0}), cuts.frequencies);
+  }
+}
+
+TEST(BINEFPreProcess, TuplesWithATargetHaveTheSameCutsAndNoFrequencies) {
+  const Cuts cuts = FindCuts(4, kRightClosed, WithTarget(OneTo(8)), 8.0);
+  EXPECT_TRUE(cuts.found);
+  EXPECT_EQ((Doubles{2.5, 4.5, 6.5}), cuts.points);
+  EXPECT_EQ(Doubles{}, cuts.frequencies);
+}
+
+// Target 2 of 4: the run at 2 takes the weight from 1 to 3.
+TEST(BINEFPreProcess, TheRunThatCrossesTheTargetIsTheCut) {
+  const Tuples tuples = {{1.0, 1.0}, {2.0, 2.0}, {3.0, 1.0}};
+  const Cuts right = FindCuts(2, kRightClosed, tuples, 4.0);
+  EXPECT_EQ((Doubles{2.0}), right.points);
+  EXPECT_EQ((Doubles{3.0, 1.0}), right.frequencies);  // up to 2, above 2
+  const Cuts left = FindCuts(2, kLeftClosed, tuples, 4.0);
+  EXPECT_EQ((Doubles{2.0}), left.points);
+  EXPECT_EQ((Doubles{1.0, 3.0}), left.frequencies);  // below 2, from 2 on
+}
+
+// Target 2.5 of 5 lies inside the three twos.
+TEST(BINEFPreProcess, ARunOfEqualValuesIsNeverSplit) {
+  const Tuples tuples = {{1.0, 1.0}, {2.0, 1.0}, {2.0, 1.0}, {2.0, 1.0}, {3.0, 1.0}};
+  const Cuts right = FindCuts(2, kRightClosed, tuples, 5.0);
+  EXPECT_EQ((Doubles{2.0}), right.points);
+  EXPECT_EQ((Doubles{4.0, 1.0}), right.frequencies);
+  const Cuts left = FindCuts(2, kLeftClosed, tuples, 5.0);
+  EXPECT_EQ((Doubles{1.0, 4.0}), left.frequencies);
+}
+
+// Negative zero and zero are one run of weight 2 of 4.
+TEST(BINEFPreProcess, BothZerosAreOneRun) {
+  const Tuples tuples = {{-1.0, 1.0}, {-0.0, 1.0}, {0.0, 1.0}, {1.0, 1.0}};
+  const Cuts cuts = FindCuts(2, kRightClosed, tuples, 4.0);
+  EXPECT_EQ((Doubles{0.0}), cuts.points);
+  EXPECT_EQ((Doubles{3.0, 1.0}), cuts.frequencies);
+}
+
+// Targets 3, 6, 9 of 12: the run at 2 goes from 1 to 11 and spans all three.
+TEST(BINEFPreProcess, ARunThatSpansSeveralPercentilesGivesOneCut) {
+  const Tuples tuples = {{1.0, 1.0}, {2.0, 10.0}, {3.0, 1.0}};
+  const Cuts right = FindCuts(4, kRightClosed, tuples, 12.0);
+  EXPECT_EQ((Doubles{2.0}), right.points);
+  EXPECT_EQ((Doubles{11.0, 1.0}), right.frequencies);
+  const Cuts left = FindCuts(4, kLeftClosed, tuples, 12.0);
+  EXPECT_EQ((Doubles{2.0}), left.points);
+  EXPECT_EQ((Doubles{1.0, 11.0}), left.frequencies);
+  const Cuts supervised = FindCuts(4, kRightClosed, WithTarget(tuples), 12.0);
+  EXPECT_EQ((Doubles{2.0}), supervised.points);
+}
+
+TEST(BINEFPreProcess, OneDistinctValueYieldsNoCutAndTheTotalAsOnlyFrequency) {
+  for (const bool includeUpper : {kRightClosed, kLeftClosed}) {
+    SCOPED_TRACE(includeUpper);
+    const Tuples tuples = {{5.0, 1.0}, {5.0, 2.0}};
+    const Cuts cuts = FindCuts(3, includeUpper, tuples, 3.0);
+    EXPECT_TRUE(cuts.found);
+    EXPECT_EQ(Doubles{}, cuts.points);
+    EXPECT_EQ((Doubles{3.0}), cuts.frequencies);
+  }
+}
+
+TEST(BINEFPreProcess, OneBinYieldsNoCutAndTheTotalAsOnlyFrequency) {
+  for (const bool includeUpper : {kRightClosed, kLeftClosed}) {
+    SCOPED_TRACE(includeUpper);
+    const Cuts cuts = FindCuts(1, includeUpper, OneTo(4), 4.0);
+    EXPECT_TRUE(cuts.found);
+    EXPECT_EQ(Doubles{}, cuts.points);
+    EXPECT_EQ((Doubles{4.0}), cuts.frequencies);
+  }
+}
+
+// Targets 3, 6, 9 of 12.  Left closed: 3 is met exactly, the cut is 1.5 with
+// weight 3 below it; 6 is crossed by the run at 2, and between 1.5 and 2 there is
+// nothing; the rest, from 2 on, weighs 9.
+TEST(BINEFPreProcess, AnEmptyBinIsRemovedTogetherWithItsCut) {
+  const Tuples tuples = {{1.0, 3.0}, {2.0, 6.0}, {3.0, 3.0}};
+  const Cuts left = FindCuts(4, kLeftClosed, tuples, 12.0);
+  EXPECT_TRUE(left.found);
+  EXPECT_EQ((Doubles{1.5}), left.points);
+  EXPECT_EQ((Doubles{3.0, 9.0}), left.frequencies);
+  // Right closed no bin is empty: up to 1.5, up to 2, above 2.
+  const Cuts right = FindCuts(4, kRightClosed, tuples, 12.0);
+  EXPECT_EQ((Doubles{1.5, 2.0}), right.points);
+  EXPECT_EQ((Doubles{3.0, 6.0, 3.0}), right.frequencies);
+}
+
+// The total promises 4 but there is 2, met at once: the cut is 1.5, and all that
+// follows it is the weightless run at 2.
+TEST(BINEFPreProcess, AnEmptyLastBinIsRemovedTogetherWithTheLastCut) {
+  for (const bool includeUpper : {kRightClosed, kLeftClosed}) {
+    SCOPED_TRACE(includeUpper);
+    const Cuts cuts = FindCuts(2, includeUpper, Tuples{{1.0, 2.0}, {2.0, 0.0}}, 4.0);
+    EXPECT_TRUE(cuts.found);
+    EXPECT_EQ(Doubles{}, cuts.points);
+    EXPECT_EQ((Doubles{2.0}), cuts.frequencies);
+  }
+}
+
+// Targets 0.5, 1, 1.5 of 2: cuts at 1, 1 again and 2.  Right closed: weights 1 and
+// 1, and the cut at the largest value goes.
+TEST(BINEFPreProcess, ARightClosedBinLosesTheCutAtTheLargestValueAndNoFrequency) {
+  const Cuts cuts = FindCuts(4, kRightClosed, OneTo(2), 2.0);
+  EXPECT_EQ((Doubles{1.0}), cuts.points);
+  EXPECT_EQ((Doubles{1.0, 1.0}), cuts.frequencies);
+}
+
+// The same cuts left closed: weights 0 (below 1), 1 and, since all is taken before
+// the last step, 1; the cut at the smallest value goes with its weight.
+TEST(BINEFPreProcess, ALeftClosedBinLosesTheCutAtTheSmallestValueAndItsFrequency) {
+  const Cuts cuts = FindCuts(4, kLeftClosed, OneTo(2), 2.0);
+  EXPECT_EQ((Doubles{2.0}), cuts.points);
+  EXPECT_EQ((Doubles{1.0, 1.0}), cuts.frequencies);
+}
+
+// Target 2 of 4 is crossed by the heavy first run.
+TEST(BINEFPreProcess, AHeavySmallestValueIsACutOnlyWhenBinsAreRightClosed) {
+  const Tuples tuples = {{1.0, 3.0}, {2.0, 1.0}};
+  const Cuts right = FindCuts(2, kRightClosed, tuples, 4.0);
+  EXPECT_EQ((Doubles{1.0}), right.points);
+  EXPECT_EQ((Doubles{3.0, 1.0}), right.frequencies);
+  const Cuts left = FindCuts(2, kLeftClosed, tuples, 4.0);
+  EXPECT_EQ(Doubles{}, left.points);
+  EXPECT_EQ((Doubles{4.0}), left.frequencies);
+}
+
+TEST(BINEFPreProcess, AHeavyLargestValueIsACutOnlyWhenBinsAreLeftClosed) {
+  const Tuples tuples = {{1.0, 1.0}, {2.0, 3.0}};
+  const Cuts right = FindCuts(2, kRightClosed, tuples, 4.0);
+  EXPECT_EQ(Doubles{}, right.points);
+  EXPECT_EQ((Doubles{4.0}), right.frequencies);
+  const Cuts left = FindCuts(2, kLeftClosed, tuples, 4.0);
+  EXPECT_EQ((Doubles{2.0}), left.points);
+  EXPECT_EQ((Doubles{1.0, 3.0}), left.frequencies);
+}
+
+TEST(BINEFPreProcess, TuplesWithATargetKeepTheOuterCuts) {
+  const Cuts cuts = FindCuts(4, kRightClosed, WithTarget(OneTo(2)), 2.0);
+  EXPECT_EQ((Doubles{1.0, 2.0}), cuts.points);
+  const Cuts smallest = FindCuts(2, kLeftClosed, TargetTuples{{1.0, 0, 3.0}, {2.0, 1, 1.0}}, 4.0);
+  EXPECT_EQ((Doubles{1.0}), smallest.points);
+}
+
+TEST(BINEFPreProcess, CutsOfTuplesWithATargetAreAppendedAndTheFrequenciesLeftAlone) {
+  TargetTuples tuples = WithTarget(OneTo(4));
+  Doubles points = {-7.0};
+  Doubles frequencies = {70.0};
+  BINEFPreProcess process(2, kRightClosed);
+  EXPECT_TRUE(process.EFCreatePercentileCutPts(&tuples, points, frequencies, 4.0));
+  EXPECT_EQ((Doubles{-7.0, 2.5}), points);
+  EXPECT_EQ((Doubles{70.0}), frequencies);
+}
+
+// ---- the vector's full length ----
+
+// The attribute is {1, 2} with weights 1 and 3; 9 was left by an earlier one.  The
+// largest value is taken from that tail, so the cut at 2 looks like an inner one,
+// and no frequency follows it.
+TEST(BINEFPreProcess, TheLargestValueIsTakenFromTheStaleTail) {
+  const Cuts cuts = FindCuts(2, kRightClosed, Tuples{{1.0, 1.0}, {2.0, 3.0}, {9.0, 9.0}}, 4.0);
+  EXPECT_TRUE(cuts.found);
+  EXPECT_EQ((Doubles{2.0}), cuts.points);
+  EXPECT_EQ((Doubles{4.0}), cuts.frequencies);
+}
+
+TEST(BINEFPreProcess, ATailOfZeroTuplesIsNotCountedAsWeight) {
+  const Tuples tuples = {{1.0, 1.0}, {2.0, 1.0}, {3.0, 1.0}, {4.0, 1.0}, {0.0, 0.0}, {0.0, 0.0}};
+  const Cuts cuts = FindCuts(2, kRightClosed, tuples, 4.0);
+  EXPECT_EQ((Doubles{2.5}), cuts.points);
+  EXPECT_EQ((Doubles{2.0, 2.0}), cuts.frequencies);
+}
+
+// Valid are {1, 2} with a weight of 1 each; the tail's tuple at 2 belongs to the
+// run of the last step, which takes 1 + 5.
+TEST(BINEFPreProcess, ARunGoesOnIntoATailOfEqualValues) {
+  const Cuts cuts = FindCuts(2, kRightClosed, Tuples{{1.0, 1.0}, {2.0, 1.0}, {2.0, 5.0}}, 2.0);
+  EXPECT_EQ((Doubles{1.5}), cuts.points);
+  EXPECT_EQ((Doubles{1.0, 6.0}), cuts.frequencies);
+}
+
+// Valid is {1}, with half of the weight 2 that was promised: the walk to the total
+// runs on into the tail.
+TEST(BINEFPreProcess, WeightsThatFallShortAreSoughtInTheTail) {
+  const Cuts cuts = FindCuts(2, kRightClosed, Tuples{{1.0, 1.0}, {7.0, 4.0}}, 2.0);
+  EXPECT_EQ((Doubles{4.0}), cuts.points);  // midpoint of 1 and 7
+  EXPECT_EQ((Doubles{1.0, 4.0}), cuts.frequencies);
+}
+
+// ---- nothing to compute ----
+
+TEST(BINEFPreProcess, WithoutBinsTuplesOrWeightNothingIsFoundAndNothingWritten) {
+  struct Case {
+    int bins;
+    Tuples tuples;
+    double totalWeight;
+  };
+  const std::vector<Case> cases = {{0, OneTo(4), 4.0},  {-1, OneTo(4), 4.0}, {2, {}, 4.0},
+                                   {2, OneTo(4), 0.0},  {2, OneTo(4), -1.0}, {2, OneTo(4), kNaN},
+                                   {2, OneTo(4), -0.0}, {2, {}, 0.0}};
+  for (const Case& each : cases) {
+    SCOPED_TRACE(testing::Message() << each.bins << " bins, " << each.tuples.size()
+                                    << " tuples, total " << each.totalWeight);
+    Tuples tuples = each.tuples;
+    TargetTuples targetTuples = WithTarget(each.tuples);
+    Doubles points = {7.0};
+    Doubles frequencies = {8.0};
+    BINEFPreProcess process(each.bins, kRightClosed);
+    EXPECT_FALSE(
+        process.EFCreatePercentileCutPts(&targetTuples, points, frequencies, each.totalWeight));
+    EXPECT_FALSE(process.EFCreatePercentileCutPts(&tuples, points, frequencies, each.totalWeight));
+    EXPECT_EQ((Doubles{7.0}), points);
+    EXPECT_EQ((Doubles{8.0}), frequencies);
+  }
+}
+
+TEST(BINEFPreProcess, WithoutATupleVectorNothingIsFoundAndNothingWritten) {
+  Doubles points = {7.0};
+  Doubles frequencies = {8.0};
+  BINEFPreProcess process(2, kRightClosed);
+  EXPECT_FALSE(process.FindCutPts(points, frequencies, 4.0));
+  Tuples* noTuples = nullptr;
+  EXPECT_FALSE(process.EFCreatePercentileCutPts(noTuples, points, frequencies, 4.0));
+  TargetTuples* noTargetTuples = nullptr;
+  EXPECT_FALSE(process.EFCreatePercentileCutPts(noTargetTuples, points, frequencies, 4.0));
+  EXPECT_EQ((Doubles{7.0}), points);
+  EXPECT_EQ((Doubles{8.0}), frequencies);
+}
+
+TEST(BINEFPreProcess, UnsupervisedTuplesGoFirstWhenBothKindsAreSet) {
+  Tuples tuples = OneTo(4);
+  TargetTuples others = {{10.0, 0, 2.0}, {20.0, 0, 2.0}};
+  Doubles points;
+  Doubles frequencies;
+  BINEFPreProcess process(2, kRightClosed);
+  EXPECT_TRUE(process.EFCreatePercentileCutPts(&tuples, points, frequencies, 4.0));
+  points.clear();
+  frequencies.clear();
+  EXPECT_TRUE(process.EFCreatePercentileCutPts(&others, points, frequencies, 4.0));
+  EXPECT_EQ((Doubles{2.5}), points);
+  EXPECT_EQ((Doubles{2.0, 2.0}), frequencies);
+}
+
+TEST(BINEFPreProcess, TuplesWithATargetServeWhenTheOthersAreSetToNull) {
+  Tuples* noTuples = nullptr;
+  TargetTuples others = {{10.0, 0, 2.0}, {20.0, 0, 2.0}};
+  Doubles points;
+  Doubles frequencies;
+  BINEFPreProcess process(2, kRightClosed);
+  EXPECT_TRUE(process.EFCreatePercentileCutPts(&others, points, frequencies, 4.0));
+  points.clear();
+  EXPECT_TRUE(process.EFCreatePercentileCutPts(noTuples, points, frequencies, 4.0));
+  EXPECT_EQ((Doubles{15.0}), points);
+}
+
+TEST(BINEFPreProcess, FindCutPtsUsesTheTuplesGivenLast) {
+  Tuples first = OneTo(4);
+  Tuples second = {{10.0, 2.0}, {20.0, 2.0}};
+  Doubles points;
+  Doubles frequencies;
+  BINEFPreProcess process(2, kRightClosed);
+  EXPECT_TRUE(process.EFCreatePercentileCutPts(&first, points, frequencies, 4.0));
+  EXPECT_FALSE(process.EFCreatePercentileCutPts(&second, points, frequencies, 0.0));
+  points.clear();
+  frequencies.clear();
+  EXPECT_TRUE(process.FindCutPts(points, frequencies, 4.0));
+  EXPECT_EQ((Doubles{15.0}), points);
+  EXPECT_EQ((Doubles{2.0, 2.0}), frequencies);
+}
+
+// ---- values and weights out of the ordinary ----
+
+// Target 2 of 4 is met after 2; the midpoint with NaN is NaN.  The two NaN are
+// two runs, and together the upper bin.
+TEST(BINEFPreProcess, NaNValuesDoNotStallTheWalk) {
+  const Tuples tuples = {{1.0, 1.0}, {2.0, 1.0}, {kNaN, 1.0}, {kNaN, 1.0}};
+  const Cuts cuts = FindCuts(2, kRightClosed, tuples, 4.0);
+  EXPECT_TRUE(cuts.found);
+  ASSERT_EQ(1u, cuts.points.size());
+  EXPECT_TRUE(std::isnan(cuts.points[0]));
+  EXPECT_EQ((Doubles{2.0, 2.0}), cuts.frequencies);
+}
+
+TEST(BINEFPreProcess, NothingButNaNValuesEndsTheWalkAsWell) {
+  const Tuples tuples(3, EFBINDataTuple{kNaN, 1.0});
+  EXPECT_TRUE(FindCuts(2, kRightClosed, tuples, 3.0).found);
+  EXPECT_TRUE(FindCuts(2, kLeftClosed, tuples, 3.0).found);
+  EXPECT_TRUE(FindCuts(2, kRightClosed, WithTarget(tuples), 3.0).found);
+}
+
+// Target 2 of 4 is crossed by the run at 2; infinities are ordinary outer values.
+TEST(BINEFPreProcess, InfiniteValuesAreOrdinaryRuns) {
+  const Tuples tuples = {{-support::kInfinity, 1.0}, {2.0, 2.0}, {support::kInfinity, 1.0}};
+  const Cuts cuts = FindCuts(2, kRightClosed, tuples, 4.0);
+  EXPECT_EQ((Doubles{2.0}), cuts.points);
+  EXPECT_EQ((Doubles{3.0, 1.0}), cuts.frequencies);
+}
+
+// 250 targets lie within each run, and the last of them is met exactly by a run that
+// is a cut already.
+TEST(BINEFPreProcess, MoreBinsThanValuesCutAtEveryValueButTheLargest) {
+  const Cuts cuts = FindCuts(1000, kRightClosed, OneTo(4), 4.0);
+  EXPECT_EQ((Doubles{1.0, 2.0, 3.0}), cuts.points);
+  EXPECT_EQ((Doubles{1.0, 1.0, 1.0, 1.0}), cuts.frequencies);
+}
+
+// ---- GetPercentile: where the cut lies ----
+
+TEST(GetPercentile, ATargetThatIsMetGivesTheMidpointWithTheNextDistinctValue) {
+  Walk walk(kRightClosed, Tuples{{1.0, 1.0}, {1.0, 1.0}, {4.0, 1.0}, {4.0, 1.0}});
+  EXPECT_EQ(2.5, walk.Step(50.0, 4.0));
+  EXPECT_EQ(2u, walk.index);
+}
+
+// 0.1 + 0.2 is the double after 0.3, closer than the tolerance.
+TEST(GetPercentile, AWeightAboveTheTargetByLessThanTheToleranceMeetsIt) {
+  Walk walk(kRightClosed, Tuples{{1.0, 0.1}, {2.0, 0.2}, {3.0, 0.3}});
+  EXPECT_EQ(2.5, walk.Step(50.0, 0.6));
+  EXPECT_EQ(2u, walk.index);
+}
+
+TEST(GetPercentile, AWeightBelowTheTargetByTheToleranceMeetsIt) {
+  for (const double shortfall : {kEpsilon / 2.0, kEpsilon}) {
+    SCOPED_TRACE(shortfall);
+    Walk walk(kRightClosed, Tuples{{1.0, 1.0 - shortfall}, {2.0, 1.0}});
+    EXPECT_EQ(1.5, walk.Step(50.0, 2.0));
+    EXPECT_EQ(1u, walk.index);
+    EXPECT_EQ((Doubles{1.0 - shortfall}), walk.frequencies);
+  }
+}
+
+TEST(GetPercentile, AWeightBelowTheTargetByMoreThanTheToleranceTakesAnotherRun) {
+  Walk walk(kRightClosed, Tuples{{1.0, 1.0 - 1.5 * kEpsilon}, {2.0, 1.0}});
+  EXPECT_EQ(2.0, walk.Step(50.0, 2.0));
+  EXPECT_EQ(2u, walk.index);
+}
+
+// 1 + epsilon differs from 1 by epsilon / (1 + epsilon), 1 + 2 epsilon by more than
+// epsilon.
+TEST(GetPercentile, AWeightAboveTheTargetByMoreThanTheToleranceOvershootsIt) {
+  Walk within(kRightClosed, Tuples{{1.0, 1.0 + kEpsilon}, {2.0, 1.0}});
+  EXPECT_EQ(1.5, within.Step(50.0, 2.0));
+  Walk beyond(kRightClosed, Tuples{{1.0, 1.0 + 2.0 * kEpsilon}, {2.0, 1.0}});
+  EXPECT_EQ(1.0, beyond.Step(50.0, 2.0));
+}
+
+TEST(GetPercentile, TuplesThatRunOutGiveTheLastRunsValue) {
+  Walk walk(kRightClosed, Tuples{{1.0, 1.0}, {2.0, 1.0}});
+  EXPECT_EQ(2.0, walk.Step(50.0, 10.0));
+  EXPECT_EQ(2u, walk.index);
+  EXPECT_EQ(2.0, walk.cumulative);
+}
+
+TEST(GetPercentile, AHeavyRunAtTheLastCutGivesItAgainAndMovesNothing) {
+  Walk walk(kRightClosed, Tuples{{1.0, 1.0}, {2.0, 10.0}, {3.0, 1.0}});
+  walk.index = 2;
+  walk.cumulative = 11.0;
+  walk.previousCumulative = 1.0;
+  walk.cutPoints = {2.0};
+  walk.frequencies = {11.0};
+  EXPECT_EQ(2.0, walk.Step(75.0, 12.0));
+  EXPECT_EQ(2u, walk.index);
+  EXPECT_EQ(11.0, walk.cumulative);
+  EXPECT_EQ(1.0, walk.previousCumulative);
+  EXPECT_EQ((Doubles{2.0}), walk.cutPoints);
+  EXPECT_EQ((Doubles{11.0}), walk.frequencies);
+}
+
+TEST(GetPercentile, AHeavyRunThatReachesTheTargetExactlyGivesItsCutAgain) {
+  Walk walk(kRightClosed, Tuples{{1.0, 2.0}, {2.0, 2.0}});
+  walk.index = 1;
+  walk.cumulative = 2.0;
+  walk.cutPoints = {1.0};
+  EXPECT_EQ(1.0, walk.Step(50.0, 4.0));
+}
+
+// The weight is a rounding error short of the target, so the last cut is not given
+// again, but the target counts as met: the cut lies between 1 and 2, no tuple is
+// taken, and the bin that closes there weighs nothing.
+TEST(GetPercentile, ATargetThatIsMetOnEntryTakesNoTuple) {
+  Walk walk(kRightClosed, Tuples{{1.0, 1.0 - kEpsilon / 2.0}, {2.0, 1.0}});
+  walk.index = 1;
+  walk.cumulative = 1.0 - kEpsilon / 2.0;
+  walk.cutPoints = {1.0};
+  EXPECT_EQ(1.5, walk.Step(50.0, 2.0));
+  EXPECT_EQ(1u, walk.index);
+  EXPECT_EQ(1.0 - kEpsilon / 2.0, walk.cumulative);
+  EXPECT_EQ((Doubles{0.0}), walk.frequencies);
+}
+
+TEST(GetPercentile, AWalkThatReadsNothingAndHasNoCutToRepeatReturnsTheMissingValue) {
+  Walk walk(kRightClosed, Tuples{{1.0, 1.0}, {2.0, 2.0}, {3.0, 1.0}});
+  walk.index = 2;
+  walk.cumulative = 3.0;
+  walk.cutPoints = {1.5};
+  EXPECT_EQ(kMissing, walk.Step(50.0, 4.0));
+  EXPECT_EQ(2u, walk.index);
+  Walk atStart(kRightClosed, OneTo(2));
+  EXPECT_EQ(kMissing, atStart.Step(0.0, 2.0));
+  EXPECT_EQ(0u, atStart.index);
+}
+
+TEST(GetPercentile, TuplesThatAreAllTakenReturnTheMissingValue) {
+  Walk walk(kRightClosed, OneTo(2));
+  walk.index = 2;
+  walk.cumulative = 2.0;
+  EXPECT_EQ(kMissing, walk.Step(50.0, 10.0));
+  EXPECT_EQ(2u, walk.index);
+}
+
+// ---- GetPercentile: weights of right-closed bins ----
+
+// Target 2: A = 3, B = 1, P = 0; pushed A - P.
+TEST(GetPercentile, RightClosedATargetThatIsOvershotClosesTheBinWithItsRun) {
+  Walk walk(kRightClosed, Tuples{{1.0, 1.0}, {2.0, 2.0}, {3.0, 1.0}});
+  EXPECT_EQ(2.0, walk.Step(50.0, 4.0));
+  EXPECT_EQ((Doubles{3.0}), walk.frequencies);
+  EXPECT_EQ(2u, walk.index);
+  EXPECT_EQ(3.0, walk.cumulative);
+  EXPECT_EQ(1.0, walk.previousCumulative);
+}
+
+// Target 5 of 10, from P = 2: A = 6, B = 3.
+TEST(GetPercentile, RightClosedTheWeightOfALaterBinStartsAtThePreviousCut) {
+  Walk walk(kRightClosed, Tuples{{1.0, 2.0}, {2.0, 1.0}, {3.0, 3.0}, {4.0, 4.0}});
+  walk.index = 1;
+  walk.cumulative = 2.0;
+  walk.previousCumulative = 2.0;
+  walk.cutPoints = {1.5};
+  walk.frequencies = {2.0};
+  EXPECT_EQ(3.0, walk.Step(50.0, 10.0));
+  EXPECT_EQ((Doubles{2.0, 4.0}), walk.frequencies);
+  EXPECT_EQ(6.0, walk.cumulative);
+  EXPECT_EQ(3.0, walk.previousCumulative);
+}
+
+// Target 2 is met by the first run: A = B = 2, P = 0; pushed B - P.
+TEST(GetPercentile, RightClosedATargetThatIsMetClosesTheBinBeforeTheCut) {
+  Walk walk(kRightClosed, Tuples{{1.0, 2.0}, {2.0, 2.0}});
+  EXPECT_EQ(1.5, walk.Step(50.0, 4.0));
+  EXPECT_EQ((Doubles{2.0}), walk.frequencies);
+  EXPECT_EQ(1u, walk.index);
+  EXPECT_EQ(2.0, walk.cumulative);
+  EXPECT_EQ(2.0, walk.previousCumulative);
+}
+
+// A = 4, P = 3.
+TEST(GetPercentile, RightClosedTheTotalClosesTheLastBin) {
+  Walk walk(kRightClosed, Tuples{{1.0, 1.0}, {2.0, 2.0}, {3.0, 1.0}});
+  walk.index = 2;
+  walk.cumulative = 3.0;
+  walk.previousCumulative = 1.0;
+  walk.cutPoints = {2.0};
+  walk.frequencies = {3.0};
+  EXPECT_EQ(3.0, walk.Step(100.0, 4.0));
+  EXPECT_EQ((Doubles{3.0, 1.0}), walk.frequencies);
+  EXPECT_EQ(3u, walk.index);
+  EXPECT_EQ(4.0, walk.cumulative);
+}
+
+// The total is never reached: A = 2 = P; the last bin weighs nothing.
+TEST(GetPercentile, RightClosedATotalOutOfReachClosesTheLastBinWithWhatThereIs) {
+  Walk walk(kRightClosed, Tuples{{1.0, 2.0}, {2.0, 0.0}});
+  walk.index = 1;
+  walk.cumulative = 2.0;
+  walk.previousCumulative = 2.0;
+  walk.cutPoints = {1.5};
+  walk.frequencies = {2.0};
+  EXPECT_EQ(2.0, walk.Step(100.0, 4.0));
+  EXPECT_EQ((Doubles{2.0, 0.0}), walk.frequencies);
+}
+
+// Target 5 of 10 with a single run of 1: B = 0.
+TEST(GetPercentile, RightClosedAWalkThatEndsShortInItsFirstRunPushesNothing) {
+  Walk walk(kRightClosed, Tuples{{1.0, 1.0}});
+  EXPECT_EQ(1.0, walk.Step(50.0, 10.0));
+  EXPECT_EQ(Doubles{}, walk.frequencies);
+  EXPECT_EQ(1u, walk.index);
+  EXPECT_EQ(1.0, walk.cumulative);
+  EXPECT_EQ(0.0, walk.previousCumulative);
+}
+
+// ---- GetPercentile: weights of left-closed bins ----
+
+// Target 2: A = 3, B = 1, Q = 0; pushed B - Q.
+TEST(GetPercentile, LeftClosedATargetThatIsOvershotLeavesItsRunToTheNextBin) {
+  Walk walk(kLeftClosed, Tuples{{1.0, 1.0}, {2.0, 2.0}, {3.0, 1.0}});
+  EXPECT_EQ(2.0, walk.Step(50.0, 4.0));
+  EXPECT_EQ((Doubles{1.0}), walk.frequencies);
+  EXPECT_EQ(2u, walk.index);
+  EXPECT_EQ(3.0, walk.cumulative);
+  EXPECT_EQ(1.0, walk.previousCumulative);
+}
+
+// Target 5 of 10, from P = 3 and Q = 1: A = 7, B = 4.
+TEST(GetPercentile, LeftClosedTheWeightOfALaterBinStartsBeforeThePreviousCutsRun) {
+  Walk walk(kLeftClosed, Tuples{{1.0, 1.0}, {2.0, 2.0}, {3.0, 1.0}, {4.0, 3.0}, {5.0, 3.0}});
+  walk.index = 2;
+  walk.cumulative = 3.0;
+  walk.previousCumulative = 1.0;
+  walk.cutPoints = {2.0};
+  walk.frequencies = {1.0};
+  EXPECT_EQ(4.0, walk.Step(50.0, 10.0));
+  EXPECT_EQ((Doubles{1.0, 3.0}), walk.frequencies);
+  EXPECT_EQ(7.0, walk.cumulative);
+  EXPECT_EQ(4.0, walk.previousCumulative);
+}
+
+// A = B = 2, Q = 0; pushed B - Q.
+TEST(GetPercentile, LeftClosedATargetThatIsMetClosesTheBinBeforeTheCut) {
+  Walk walk(kLeftClosed, Tuples{{1.0, 2.0}, {2.0, 2.0}});
+  EXPECT_EQ(1.5, walk.Step(50.0, 4.0));
+  EXPECT_EQ((Doubles{2.0}), walk.frequencies);
+  EXPECT_EQ(2.0, walk.cumulative);
+  EXPECT_EQ(2.0, walk.previousCumulative);
+}
+
+// A = 4, Q = 1; pushed A - Q.
+TEST(GetPercentile, LeftClosedTheTotalClosesTheLastBin) {
+  Walk walk(kLeftClosed, Tuples{{1.0, 1.0}, {2.0, 2.0}, {3.0, 1.0}});
+  walk.index = 2;
+  walk.cumulative = 3.0;
+  walk.previousCumulative = 1.0;
+  walk.cutPoints = {2.0};
+  walk.frequencies = {1.0};
+  EXPECT_EQ(3.0, walk.Step(100.0, 4.0));
+  EXPECT_EQ((Doubles{1.0, 3.0}), walk.frequencies);
+  EXPECT_EQ(4.0, walk.cumulative);
+}
+
+// Target 2: A = 4 is all there is, B = 1; pushed B - Q, and A - B for the last bin,
+// which no later step will close.
+TEST(GetPercentile, LeftClosedARunThatTakesTheWholeWeightClosesTheLastBinAtOnce) {
+  Walk walk(kLeftClosed, Tuples{{1.0, 1.0}, {2.0, 3.0}});
+  EXPECT_EQ(2.0, walk.Step(50.0, 4.0));
+  EXPECT_EQ((Doubles{1.0, 3.0}), walk.frequencies);
+  EXPECT_EQ(4.0, walk.cumulative);
+  EXPECT_EQ(1.0, walk.previousCumulative);
+}
+
+// Target 5 of 10: A = 2, B = 1; pushed B - Q.
+TEST(GetPercentile, LeftClosedAWalkThatEndsShortClosesTheBinBeforeItsLastRun) {
+  Walk walk(kLeftClosed, Tuples{{1.0, 1.0}, {2.0, 1.0}});
+  EXPECT_EQ(2.0, walk.Step(50.0, 10.0));
+  EXPECT_EQ((Doubles{1.0}), walk.frequencies);
+}
+
+// B = 0, and nothing came before: the bin below the first value is empty.
+TEST(GetPercentile, LeftClosedTheFirstRunOvershootingPushesZero) {
+  Walk walk(kLeftClosed, Tuples{{1.0, 3.0}, {2.0, 1.0}});
+  EXPECT_EQ(1.0, walk.Step(50.0, 4.0));
+  EXPECT_EQ((Doubles{0.0}), walk.frequencies);
+  EXPECT_EQ(1u, walk.index);
+  EXPECT_EQ(3.0, walk.cumulative);
+  EXPECT_EQ(0.0, walk.previousCumulative);
+}
+
+// B = 0, but the walk began after the weightless run at 1: pushed A.
+TEST(GetPercentile, LeftClosedAWalkThatBeganLaterWithoutWeightPushesWhatItTook) {
+  Walk walk(kLeftClosed, Tuples{{1.0, 0.0}, {2.0, 3.0}, {3.0, 1.0}});
+  walk.index = 1;
+  EXPECT_EQ(2.0, walk.Step(50.0, 4.0));
+  EXPECT_EQ((Doubles{3.0}), walk.frequencies);
+}
+
+// B = 0, but the weightless run at 1 was taken first: pushed A.
+TEST(GetPercentile, LeftClosedAWalkOverAWeightlessRunPushesWhatItTook) {
+  Walk walk(kLeftClosed, Tuples{{1.0, 0.0}, {2.0, 3.0}, {3.0, 1.0}});
+  EXPECT_EQ(2.0, walk.Step(50.0, 4.0));
+  EXPECT_EQ((Doubles{3.0}), walk.frequencies);
+  EXPECT_EQ(2u, walk.index);
+  EXPECT_EQ(0.0, walk.previousCumulative);
+}
+
+// ---- GetPercentile: what counts as 100 percent ----
+
+// The total is met by both tuples.  As the last step it pushes A - Q = 2 once; as
+// any other it would push 0 as well, for a last bin that is to be closed at once.
+TEST(GetPercentile, APercentJustBelowAHundredIsTreatedAsAHundred) {
+  Walk walk(kLeftClosed, OneTo(2));
+  EXPECT_EQ(2.0, walk.Step(99.99999999999999, 2.0));
+  EXPECT_EQ((Doubles{2.0}), walk.frequencies);
+}
+
+// Two steps of a double further down the target is just below the total, and
+// overshot: A = 2, B = 1; pushed B - Q and A - B.
+TEST(GetPercentile, APercentFurtherBelowAHundredIsATargetLikeAnyOther) {
+  Walk walk(kLeftClosed, OneTo(2));
+  EXPECT_EQ(2.0, walk.Step(99.99999999999997, 2.0));
+  EXPECT_EQ((Doubles{1.0, 1.0}), walk.frequencies);
+}
+
+// ---- GetPercentile: tuples with a target ----
+
+TEST(GetPercentile, TuplesWithATargetMoveOnlyTheIndexAndTheCumulativeWeight) {
+  for (const bool includeUpper : {kRightClosed, kLeftClosed}) {
+    SCOPED_TRACE(includeUpper);
+    Walk walk(includeUpper, TargetTuples{{1.0, 0, 1.0}, {2.0, 1, 2.0}, {3.0, 0, 1.0}});
+    walk.previousCumulative = 0.25;
+    EXPECT_EQ(2.0, walk.Step(50.0, 4.0));
+    EXPECT_EQ(2u, walk.index);
+    EXPECT_EQ(3.0, walk.cumulative);
+    EXPECT_EQ(0.25, walk.previousCumulative);
+    EXPECT_EQ(Doubles{}, walk.frequencies);
+  }
+}
+
+TEST(GetPercentile, TuplesWithATargetThatMeetTheTargetGiveTheMidpoint) {
+  Walk walk(kRightClosed, TargetTuples{{1.0, 0, 1.0}, {1.0, 1, 1.0}, {4.0, 0, 2.0}});
+  EXPECT_EQ(2.5, walk.Step(50.0, 4.0));
+  EXPECT_EQ(2u, walk.index);
+  EXPECT_EQ(2.0, walk.cumulative);
+}
+
+// ---- the class ----
+
+TEST(BINEFPreProcess, IsDestroyedThroughItsBase) {
+  EXPECT_TRUE(std::has_virtual_destructor_v<BINEFPreProcess>);
+}
+
+}  // namespace
