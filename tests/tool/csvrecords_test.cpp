@@ -1,0 +1,135 @@
+#include "csvrecords.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tooltesting.h"
+
+namespace TQTool {
+namespace {
+
+using testing::ElementsAre;
+using testing::StartsWith;
+
+constexpr const char* kHeader = "t,w,a,b\n";
+
+// What the library is fed from a text with the columns t, w, a and b.
+struct Feed {
+  std::vector<std::vector<double>> records;
+  FedData fed;
+  std::string error;
+};
+
+Feed FeedOf(const std::string& rows, bool withTarget = true, bool withWeight = true,
+            const std::vector<UserMissing>& userMissing = {}) {
+  CsvReader reader = ReaderOf(kHeader + rows, 5);
+  CsvTable table(reader);
+  Columns columns;
+  if (withTarget) columns.target = 0;
+  if (withWeight) columns.weight = 1;
+  columns.attributes = {2, 3};
+  Options options;
+  if (withTarget) options.target = "t";
+  options.userMissing = userMissing;
+  BINVarList list = MakeVarList(table, columns, options);
+  const MissingTokens missing(MissingTokens::Default());
+  CsvRecords records(table, columns, missing, list);
+
+  Feed feed;
+  while (records.HasMore()) {
+    const TQCommon::Record* const record = records.Next();
+    if (record == nullptr) continue;
+    std::vector<double>& values = feed.records.emplace_back();
+    for (int i = 0; i < record->GetNumberOfFields(); ++i) values.push_back((*record)[i]);
+  }
+  EXPECT_EQ(nullptr, records.Next()) << "after the end";
+  feed.fed = records.GetFedData();
+  feed.error = ErrorOf([&records] { records.RethrowError(); });
+  return feed;
+}
+
+TEST(CsvRecords, HandsOutTargetWeightAndAttributes) {
+  const Feed feed = FeedOf("x,2,3.5,4\ny,1,5,6\nx,1,7,8\n");
+  EXPECT_EQ("none", feed.error);
+  EXPECT_THAT(feed.records, ElementsAre(ElementsAre(0, 2, 3.5, 4), ElementsAre(1, 1, 5, 6),
+                                        ElementsAre(0, 1, 7, 8)));
+}
+
+TEST(CsvRecords, WorksWithoutTargetAndWeight) {
+  EXPECT_THAT(FeedOf("x,?,3,4\n", false, false).records, ElementsAre(ElementsAre(3, 4)));
+  EXPECT_THAT(FeedOf("x,7,3,4\n", false, true).records, ElementsAre(ElementsAre(7, 3, 4)));
+  EXPECT_THAT(FeedOf("x,?,3,4\n", true, false).records, ElementsAre(ElementsAre(0, 3, 4)));
+}
+
+TEST(CsvRecords, MissingTextsBecomeTheLibrarysMissingValues) {
+  const double missing = TQMV::gMissingValue;
+  EXPECT_THAT(FeedOf("NA,,?,.\n").records, ElementsAre(ElementsAre(-1, missing, missing, missing)));
+}
+
+TEST(CsvRecords, AddsUpWhatCounts) {
+  const Feed feed = FeedOf(
+      "x,2,3,\n"      // counts, b missing
+      "y,2.4,-1,9\n"  // weight 2
+      "NA,5,100,100\n"
+      "x,0.2,50,50\n"  // left out
+      "x,,60,60\n");   // left out
+  EXPECT_EQ(5U, feed.fed.rows);
+  EXPECT_EQ(3U, feed.fed.cases);
+  EXPECT_EQ(1U, feed.fed.withoutTarget);
+  EXPECT_EQ(9.0, feed.fed.weight);
+  EXPECT_EQ(4.0, feed.fed.attributes[0].validWeight);
+  EXPECT_EQ(-1.0, feed.fed.attributes[0].minimum);
+  EXPECT_EQ(3.0, feed.fed.attributes[0].maximum);
+  EXPECT_EQ(2.0, feed.fed.attributes[1].validWeight);
+  EXPECT_EQ(9.0, feed.fed.attributes[1].minimum);
+}
+
+TEST(CsvRecords, UserMissingValuesDoNotCount) {
+  const Feed feed = FeedOf("x,1,9,1\nx,1,5,1\nx,1,2,1\n", true, true,
+                           {{"a", {9.0}, {}, BINNumericInterval(4.0, 6.0)}});
+  EXPECT_EQ(1.0, feed.fed.attributes[0].validWeight);
+  EXPECT_EQ(2.0, feed.fed.attributes[0].maximum);
+  EXPECT_EQ(3.0, feed.fed.attributes[1].validWeight);
+}
+
+TEST(CsvRecords, NothingValidLeavesTheExtremesUnknown) {
+  const Feed feed = FeedOf("x,1,NA,1\n");
+  EXPECT_EQ(0.0, feed.fed.attributes[0].validWeight);
+  EXPECT_EQ(TQMV::gMissingValue, feed.fed.attributes[0].minimum);
+  EXPECT_EQ(TQMV::gMissingValue, feed.fed.attributes[0].maximum);
+}
+
+TEST(CsvRecords, TextInANumericColumnEndsTheCasesAndIsKept) {
+  const Feed feed = FeedOf("x,1,2,3\nx,1,2,three\nx,1,2,3\n");
+  EXPECT_EQ(1U, feed.records.size());
+  EXPECT_THAT(feed.error, StartsWith("3: f.csv:3:7: 'three' in column 'b' is not a number;"));
+}
+
+TEST(CsvRecords, InfinityIsAnErrorOfItsOwn) {
+  EXPECT_THAT(FeedOf("x,1,-inf,3\n").error,
+              StartsWith("3: f.csv:2:5: '-inf' in column 'a' is not finite;"));
+  EXPECT_THAT(FeedOf("x,1e999,2,3\n").error,
+              StartsWith("3: f.csv:2:3: '1e999' in column 'w' is not finite;"));
+}
+
+TEST(CsvRecords, BrokenCsvEndsTheCasesAndIsKept) {
+  EXPECT_THAT(FeedOf("x,1,2,3\nx,1,2\n").error, StartsWith("3: f.csv:3:6: a row of 3 fields;"));
+}
+
+TEST(CsvRecords, TakesUpTo256Categories) {
+  std::string rows;
+  for (int i = 0; i < 256; ++i) rows += "c" + std::to_string(i) + ",1,2,3\n";
+  EXPECT_EQ("none", FeedOf(rows).error);
+  EXPECT_THAT(FeedOf(rows + "one more,1,2,3\n").error,
+              StartsWith("3: f.csv:258:1: 'one more' is category number 257 of the target;"));
+}
+
+TEST(CsvRecords, CategoriesAreComparedExactly) {
+  const Feed feed = FeedOf("x,1,2,3\nX,1,2,3\n x ,1,2,3\n1,1,2,3\n1.0,1,2,3\n");
+  std::vector<double> codes;
+  for (const std::vector<double>& record : feed.records) codes.push_back(record[0]);
+  EXPECT_THAT(codes, ElementsAre(0, 1, 0, 2, 3));
+}
+
+}  // namespace
+}  // namespace TQTool

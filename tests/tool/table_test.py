@@ -1,0 +1,85 @@
+#!/usr/bin/env python3
+"""The table for people tells the same as the JSON document for programs.
+
+usage: table_test.py TQBIN DATA_DIRECTORY
+"""
+
+import json
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+RUNS = [
+    ("supervised", "iris.csv", "--target", "species"),
+    ("supervised", "german_credit.csv", "--target", "credit"),
+    ("supervised", "penguins.csv", "--target", "sex", "--closed", "left"),
+    ("supervised", "adult_train.csv", "--target", "income-per-year"),
+    ("equal-frequency", "penguins.csv", "--bins", "5"),
+    ("equal-frequency", "diamonds.csv", "--bins", "10", "--closed", "left"),
+]
+
+
+def output(tool, data, arguments, *more):
+    method, file, *options = arguments
+    done = subprocess.run([tool, method, str(data / file), *options, *more], check=True,
+                          capture_output=True, text=True)
+    return done.stdout
+
+
+def sections(table):
+    """The rows of cells of every column's section, by the column's name."""
+    result = {}
+    for block in table.split("\n\n")[1:]:
+        heading, *lines = block.splitlines()
+        rows = [re.split(r"  +", line.strip()) for line in lines if not
+                re.match(r"  (what to do|\d+ distinct)", line)]
+        result[heading.split(": ")[0]] = rows
+    return result
+
+
+def interval(one, right_closed):
+    lower = "(-inf" if one["lower"] is None else f"{'(['[not right_closed]}{one['lower']:.16g}"
+    upper = "inf)" if one["upper"] is None else f"{one['upper']:.16g}{')]'[right_closed]}"
+    return f"{lower}, {upper}"
+
+
+def expected_rows(attribute, categories, right_closed):
+    whole = attribute["weight"] + attribute["missing_weight"]
+
+    def row(name, weight, category_weights):
+        return [name, f"{weight:.0f}", f"{100 * weight / whole:.1f}%",
+                *(f"{w:.0f}" for w in category_weights)]
+
+    rows = [["bin", "rows", "share", *categories]]
+    for one in attribute["bins"]:
+        rows.append(row(interval(one, right_closed), one["weight"],
+                        one.get("category_weights", [])))
+    totals = [sum(one["category_weights"][c] for one in attribute["bins"])
+              for c in range(len(categories))]
+    rows.append(row("total", attribute["weight"], totals))
+    if attribute["missing_weight"] > 0:
+        rows.append(row("missing", attribute["missing_weight"], []))
+    return rows
+
+
+def main():
+    tool, data = sys.argv[1], Path(sys.argv[2])
+    compared = failures = 0
+    for arguments in RUNS:
+        document = json.loads(output(tool, data, arguments, "--format", "json"))
+        table = sections(output(tool, data, arguments))
+        categories = document.get("target", {}).get("categories", [])
+        right_closed = document["settings"]["closed"] == "right"
+        for attribute in document["attributes"]:
+            expected = expected_rows(attribute, categories, right_closed)
+            got = table[attribute["name"]]
+            compared += len(expected)
+            if got != expected:
+                failures += 1
+                print(arguments, attribute["name"], "\n got     ", got, "\n expected", expected)
+    print(f"{compared} rows compared, {failures} columns differ")
+    return 1 if failures or compared < 100 else 0
+
+
+sys.exit(main())

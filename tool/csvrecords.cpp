@@ -1,0 +1,122 @@
+#include "csvrecords.h"
+
+#include <fmt/format.h>
+
+#include "plaintext.h"
+
+namespace TQTool {
+namespace {
+
+constexpr int kMaxCategories = 256;
+constexpr double kNoCategory = -1.0;  // how a record says that its target is missing
+
+}  // namespace
+
+CsvRecords::CsvRecords(CsvTable& table, const Columns& columns, const MissingTokens& missing,
+                       BINVarList& list)
+    : fTable(table),
+      fColumns(columns),
+      fMissing(missing),
+      fTargetEncoder(dynamic_cast<BINStringEncoder*>(list.GetEncoderAt(list.GetTargetIndex()))),
+      fWeightEncoder(dynamic_cast<BINRoundEncoder*>(list.GetEncoderAt(list.GetWeightIndex()))),
+      fFirstAttribute(list.Size() - list.GetNumAttributeVars()),
+      fRecord(list.Size()),
+      fIsDone(false) {
+  for (int i = fFirstAttribute; i < list.Size(); ++i) {
+    const std::size_t column = columns.attributes[fAttributes.size()];
+    const IBINUserMissing* const userMissing = list.GetVarAt(i)->GetUserMissingInfo();
+    fAttributes.push_back({column, dynamic_cast<const BINNumericUserMissing*>(userMissing)});
+  }
+  fFed.attributes.resize(fAttributes.size());
+}
+
+const TQCommon::Record* CsvRecords::Next() {
+  try {
+    if (!fIsDone && ReadRow()) return &fRecord;
+  } catch (...) {
+    fError = std::current_exception();
+  }
+  fIsDone = true;
+  return nullptr;
+}
+
+void CsvRecords::RethrowError() const {
+  if (fError != nullptr) std::rethrow_exception(fError);
+}
+
+bool CsvRecords::ReadRow() {
+  if (!fTable.NextRow()) return false;
+  int field = 0;
+  double target = 0.0;
+  double weight = 1.0;
+  if (fTargetEncoder != nullptr) fRecord[field++] = target = ReadTarget();
+  if (fWeightEncoder != nullptr) {
+    const double given = ReadValue(*fColumns.weight);
+    fRecord[field++] = given;
+    weight = fWeightEncoder->Encode(given);
+  }
+  for (const Attribute& attribute : fAttributes) fRecord[field++] = ReadValue(attribute.column);
+  Account(target, weight);
+  return true;
+}
+
+double CsvRecords::ReadTarget() {
+  const std::size_t column = *fColumns.target;
+  const std::string_view text = fTable.GetField(column);
+  if (fMissing.Contains(text)) return kNoCategory;
+  fCategory = text;
+  const double code = fTargetEncoder->Encode(fCategory);
+  if (code >= kMaxCategories) {
+    fTable.FailAtField(column, fmt::format("{} is category number {} of the target; expected at "
+                                           "most {} different ones; choose another target, or "
+                                           "group its categories first",
+                                           Quoted(text), kMaxCategories + 1, kMaxCategories));
+  }
+  return code;
+}
+
+double CsvRecords::ReadValue(std::size_t column) {
+  const std::string_view text = fTable.GetField(column);
+  if (fMissing.Contains(text)) return TQMV::gMissingValue;
+  double value = 0.0;
+  const NumberText found = ReadNumber(text, &value);
+  if (found != NumberText::kNumber) FailAtValue(column, found);
+  return value;
+}
+
+void CsvRecords::FailAtValue(std::size_t column, NumberText found) const {
+  const std::string text(fTable.GetField(column));
+  const std::string& name = fTable.GetNames()[column];
+  const char* const alternative =
+      column == fColumns.weight ? ""
+                                : ", or leave the column out by naming others with --attribute";
+  fTable.FailAtField(
+      column, fmt::format("{} in column {} {}; expected a number or a missing-value text; correct "
+                          "it, or declare it missing with --missing-token{}",
+                          Quoted(text), Quoted(name),
+                          found == NumberText::kInfinite ? "is not finite" : "is not a number",
+                          alternative));
+}
+
+void CsvRecords::Account(double target, double weight) {
+  ++fFed.rows;
+  if (weight == TQMV::gMissingValue) return;
+  ++fFed.cases;
+  fFed.weight += weight;
+  if (target == kNoCategory) {
+    ++fFed.withoutTarget;
+    return;
+  }
+  for (std::size_t i = 0; i < fAttributes.size(); ++i) {
+    const double value = fRecord[fFirstAttribute + static_cast<int>(i)];
+    const BINNumericUserMissing* const userMissing = fAttributes[i].userMissing;
+    if (value == TQMV::gMissingValue) continue;
+    if (userMissing != nullptr && userMissing->Contains(value)) continue;
+    FedAttribute& fed = fFed.attributes[i];
+    fed.validWeight += weight;
+    if (fed.minimum == TQMV::gMissingValue || value < fed.minimum) fed.minimum = value;
+    if (fed.maximum == TQMV::gMissingValue || value > fed.maximum) fed.maximum = value;
+  }
+}
+
+}  // namespace TQTool

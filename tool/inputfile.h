@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace TQTool {
+
+// The file that is read, or standard input when its path is "-".
+class InputFile {
+ public:
+  // Opens it.  Throws ToolError (kInput) when that fails or it is a directory.
+  explicit InputFile(const std::string& path);
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+  ~InputFile();
+
+  // How messages call it: its path, or "standard input".
+  const std::string& GetName() const { return fName; }
+
+  // Reads up to `size` bytes, at least one unless the end is reached; their
+  // number, 0 at the end.  Throws ToolError: kFileSystem when reading fails, or
+  // the one of a cancelled run.
+  std::size_t Read(char* buffer, std::size_t size);
+
+ private:
+  std::string fName;
+  int fFile;
+};
+
+}  // namespace TQTool

@@ -1,0 +1,59 @@
+#include "numbertext.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+#include <fast_float/fast_float.h>
+
+namespace TQTool {
+namespace {
+
+constexpr std::string_view kBlanks = " \t";
+
+}  // namespace
+
+std::string_view TrimBlanks(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+NumberText ReadNumber(std::string_view text, double* number) {
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  if (text.empty()) return NumberText::kNotNumber;
+  double value = 0.0;
+  const char* const end = text.data() + text.size();
+  const fast_float::from_chars_result read = fast_float::from_chars(text.data(), end, value);
+  const bool isRead = read.ec == std::errc() || read.ec == std::errc::result_out_of_range;
+  if (!isRead || read.ptr != end || std::isnan(value)) return NumberText::kNotNumber;
+  if (std::abs(value) >= std::numeric_limits<double>::max()) return NumberText::kInfinite;
+  *number = value + 0.0;  // turns -0.0 into 0.0 and nothing else
+  return NumberText::kNumber;
+}
+
+MissingTokens::MissingTokens(const std::vector<std::string>& tokens)
+    : fIsFirstByte{}, fHasEmpty(false) {
+  for (const std::string& token : tokens) {
+    const std::string_view text = TrimBlanks(token);
+    if (text.empty()) {
+      fHasEmpty = true;
+    } else {
+      fTokens.emplace_back(text);
+      fIsFirstByte[static_cast<unsigned char>(text.front())] = true;
+    }
+  }
+}
+
+const std::vector<std::string>& MissingTokens::Default() {
+  static const std::vector<std::string> tokens = {"",     "NA",   "N/A", "NaN", "nan",
+                                                  "NULL", "null", "?",   "."};
+  return tokens;
+}
+
+bool MissingTokens::IsListed(std::string_view text) const {
+  return std::find(fTokens.begin(), fTokens.end(), text) != fTokens.end();
+}
+
+}  // namespace TQTool

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TQTool {
+
+// Text without the blanks and tabs around it.
+std::string_view TrimBlanks(std::string_view text);
+
+// What a text turned out to be.
+enum class NumberText {
+  kNumber,     // a finite number
+  kNotNumber,  // anything else
+  kInfinite    // infinity, or a number beyond the range of finite doubles
+};
+
+// Reads a whole text (without blanks around it) as a decimal number, rounded
+// correctly and whatever the locale; a leading plus sign is fine, hexadecimal is
+// not.  `*number` is set for kNumber only, and never to negative zero.  The two
+// largest finite doubles, plus and minus, count as infinite: the library uses
+// them for bins without an end and for missing values.
+NumberText ReadNumber(std::string_view text, double* number);
+
+// The texts that stand for a missing value, compared exactly.
+class MissingTokens {
+ public:
+  // Blanks around a token are dropped, as they are around a field.
+  explicit MissingTokens(const std::vector<std::string>& tokens);
+
+  // Whether the text (without blanks around it) is one of the tokens.
+  bool Contains(std::string_view text) const {
+    if (text.empty()) return fHasEmpty;
+    return fIsFirstByte[static_cast<unsigned char>(text.front())] && IsListed(text);
+  }
+
+  // What is taken when the user names none: the empty field and the usual marks
+  // of spreadsheets, statistics programs and data bases.
+  static const std::vector<std::string>& Default();
+
+ private:
+  bool IsListed(std::string_view text) const;
+
+  std::vector<std::string> fTokens;
+  std::array<bool, 256> fIsFirstByte;  // most fields are told apart by their first byte
+  bool fHasEmpty;
+};
+
+}  // namespace TQTool

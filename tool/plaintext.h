@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace TQTool {
+
+// Text from outside, made safe to show: control characters become escapes such
+// as \n or \x1b, so that data can never steer a terminal or break a line.
+std::string Printable(std::string_view text);
+
+// The same in single quotes, cut after 40 characters: for use in messages.
+std::string Quoted(std::string_view text);
+
+// The number of characters (code points) of UTF-8 text.
+std::size_t CountCharacters(std::string_view text);
+
+}  // namespace TQTool

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace TQTool {
+
+// A directory of this run alone, for the library's temporary files: made with
+// mode 0700 and a name that nobody can foresee, removed with all its files by the
+// destructor.  At most one exists at a time.
+class PrivateDirectory {
+ public:
+  // Makes it below `base`.  Throws ToolError (kFileSystem) when that fails.
+  explicit PrivateDirectory(const std::string& base);
+  PrivateDirectory(const PrivateDirectory&) = delete;
+  PrivateDirectory& operator=(const PrivateDirectory&) = delete;
+  ~PrivateDirectory();
+
+  const std::string& GetPath() const { return fPath; }  // absolute
+
+  // The sizes in bytes of the files that it holds now, in no order.
+  std::vector<std::uintmax_t> GetFileSizes() const;
+
+  // The base to take by default: TMPDIR, or /tmp.
+  static std::string DefaultBase();
+
+  // Removes the directory that exists, if any.  Safe in a signal handler.
+  static void RemoveFromSignalHandler();
+
+ private:
+  std::string fPath;
+};
+
+}  // namespace TQTool

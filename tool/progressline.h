@@ -1,0 +1,28 @@
+#pragma once
+
+#include <tqbinning/tqbinning.h>
+#include <tqcommon/tqcommon.h>
+
+#include "csvrecords.h"
+
+namespace TQTool {
+
+// One line on standard error that tells how far the run is; nothing at all when
+// standard error is no terminal.  Wiped out at the end.
+class ProgressLine : public ProgressListener {
+ public:
+  // `records` (borrowed) tells whether the run is still reading.
+  explicit ProgressLine(const CsvRecords& records);
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+  ~ProgressLine() override;
+
+  void Report(ProgressReport* report) override;
+
+ private:
+  const CsvRecords& fRecords;
+  bool fIsTerminal;
+  int fNumBinned;  // attributes
+};
+
+}  // namespace TQTool

@@ -1,0 +1,7 @@
+#pragma once
+
+namespace TQTool {
+
+inline constexpr const char* kVersion = TQBIN_VERSION;  // from the build
+
+}  // namespace TQTool
