@@ -131,6 +131,8 @@ class TQBINNING_EXPORT BINAlgorithm : public IBINAlgorithm {
                                 double& modelEntropy);
   TQBinning::TQStatus BinRows(std::vector<double>& borders, std::set<double>& cuts,
                               std::vector<double>& cellCounts, double& modelEntropy) const;
+  TQBinning::TQStatus FinishBins(std::set<double>& cuts, std::vector<double>& cellCounts,
+                                 double& modelEntropy) const;
 
   unsigned long fRecordCount;   // valid cases of the current pair
   unsigned int fNumCategories;  // K of the current pair

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -30,6 +31,11 @@ class TQBINNING_EXPORT BinaryRecordIterator {
   // Starts again from the first value and returns the fail reason; final stays.
   virtual int NewPass();
 
+  // Hands out the next values, at most `count` of them, exactly those that as many
+  // calls of Next would, and leaves the same state behind; how many there were.
+  // Reads a block at a time, so it is the way to read a whole file.
+  std::size_t NextBlock(double* values, std::size_t count);
+
   // Moves the value read ahead into place and reads another; the fail reason.
   int NextRecord();
 
@@ -37,6 +43,8 @@ class TQBINNING_EXPORT BinaryRecordIterator {
   struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };
+
+  int ReasonForShortRead(std::size_t oddBytes) const;
 
   double fCurrent;                               // handed out last
   double fLookahead;                             // read ahead

@@ -51,6 +51,9 @@ class TQBINNING_EXPORT BINDataCache {
 
   // How many values AddElem has appended to the row; 0 out of range.
   unsigned int GetRowSize(int row) const;
+  // Declares the first `count` values of a row filled, after they were written
+  // through GetRowPtr.  False for a row out of range or more values than columns.
+  bool SetRowSize(int row, unsigned int count);
   int GetNRows() const;
   int GetNCols() const;
   CacheStatus GetStatus() const;

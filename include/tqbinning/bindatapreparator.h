@@ -70,12 +70,13 @@ class TQBINNING_EXPORT BINDataPreparator {
 
  protected:
   void AddVariable(int k);
-  int GetFirstAttributeColumn() const;
-  TQBinning::TQStatus ProcessTarget(double value, TQCommon::Record& out);
-  TQBinning::TQStatus ProcessAttributes(const TQCommon::Record& in, TQCommon::Record& out,
-                                        TQBinning::TQStatus status);
+  template <typename Put>
+  TQBinning::TQStatus ProcessCase(const TQCommon::Record& in, Put put);
+  template <typename Put>
+  TQBinning::TQStatus ProcessTarget(double value, Put put);
   TQBinning::TQStatus ReadCases(TQCommon::RecordIterator& source);
-  TQBinning::TQStatus SpoolCase(const TQCommon::Record& in, TQCommon::Record& out);
+  void StopLostColumns(unsigned int cases, std::vector<bool>& isGrowing);
+  TQBinning::TQStatus TransferBlock(unsigned int cases);
   void InvalidateUndeclaredColumns();
   TQBinning::TQStatus NameTempFiles();
   void RemoveTempFiles();

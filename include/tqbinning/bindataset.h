@@ -79,7 +79,6 @@ class TQBINNING_EXPORT BINDataSet {
   int ColumnOf(unsigned int variable) const;
   Reader OpenColumn(int column) const;
   TQBinning::TQStatus AllocateTuples();
-  void AddCase(double value, double target, double weight);
   void Summarise(unsigned int distinctValues, double minimum, double maximum);
 
   int fNumberOfClasses;

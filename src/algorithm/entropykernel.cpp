@@ -75,6 +75,13 @@ double SplitDelta(std::span<const double> left, std::span<const double> right, d
   return Log2(std::pow(3.0, k) - 2.0) - (k * entropyAll - k1 * Entropy(left) - k2 * Entropy(right));
 }
 
+bool IsWorthSplitting(std::span<const double> left, std::span<const double> right,
+                      double entropyAll, double weight) {
+  const double gain = entropyAll - SplitEntropy(left, right);
+  const double delta = SplitDelta(left, right, entropyAll);
+  return gain > delta / weight + Log2(weight - 1.0) / weight;
+}
+
 void CountsTable::Sum(int first, int last, std::span<double> classCounts) const {
   std::fill(classCounts.begin(), classCounts.end(), 0.0);
   for (int row = first; row <= last; ++row) {

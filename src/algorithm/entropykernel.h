@@ -22,6 +22,11 @@ double SplitEntropy(std::span<const double> left, std::span<const double> right)
 // classes present in either part counted once for each part.
 double SplitDelta(std::span<const double> left, std::span<const double> right, double entropyAll);
 
+// The MDL test: whether a split's gain in entropy pays for describing it (Fayyad and
+// Irani, 1993).  False when the comparison is unordered, as for a weight below 1.
+bool IsWorthSplitting(std::span<const double> left, std::span<const double> right,
+                      double entropyAll, double weight);
+
 // Rows of class weights, ascending by the attribute value they stand for.
 class CountsTable {
  public:

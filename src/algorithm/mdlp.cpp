@@ -1,11 +1,15 @@
 // The arithmetic side of BINAlgorithm: from a pair's sorted tuples to cuts, cell
 // counts and model entropy.
+#include <algorithm>
+#include <functional>
 #include <limits>
 #include <span>
 #include <utility>
 
 #include "algorithm/entropykernel.h"
 #include "algorithm/littlebins.h"
+#include "algorithm/nlogn.h"
+#include "algorithm/wholeweightrows.h"
 #include "common/raise.h"
 #include "tqbinning/binalgorithm.h"
 #include "tqbinning/bindataset.h"
@@ -19,12 +23,6 @@ constexpr double kHighest = std::numeric_limits<double>::max();
 
 std::span<const double> First(const std::vector<double>* values, std::size_t count) {
   return std::span(*values).first(count);
-}
-
-// The MDL test: whether a gain in entropy pays for describing the split.  False when
-// the comparison is unordered, as for a weight below 1.
-bool IsWorthSplitting(double gain, double delta, double weight) {
-  return gain > delta / weight + Log2(weight - 1.0) / weight;
 }
 
 // Bin b of the result holds the rows up to the b-th cut: including the row of that
@@ -48,6 +46,30 @@ std::vector<double> CountCells(std::span<const double> rowValues, const CountsTa
   }
   return cells;
 }
+
+// Splits the rows and counts the cells of the bins, by whole numbers.  `valueOf(row)`
+// is the value that a row stands for.
+template <typename ValueOf>
+void SplitWholeWeights(WholeWeightRows& rows, bool rightBorderClosed, std::size_t mostEntries,
+                       ValueOf valueOf, std::set<double>& cuts, std::vector<double>& cellCounts) {
+  NLogN nLogN;
+  nLogN.Prepare(rows.TotalWeight(), mostEntries);
+  const std::set<int> cutRows = rows.Split(nLogN);
+  const std::size_t width = rows.Classes() + 1;
+  cellCounts.assign((cutRows.size() + 1) * width, 0.0);
+  int first = 0;
+  std::size_t bin = 0;
+  for (const int row : cutRows) {
+    cuts.insert(valueOf(row));
+    const int end = rightBorderClosed ? row + 1 : row;
+    rows.CountRows(first, end - 1, std::span(cellCounts).subspan(bin++ * width, width));
+    first = end;
+  }
+  rows.CountRows(first, rows.Count() - 1, std::span(cellCounts).subspan(bin * width, width));
+}
+
+// A table of n log n may take a little more than the tuples themselves.
+std::size_t MostTableEntries(std::size_t tuples) { return 4 * tuples + 65536; }
 
 }  // namespace
 
@@ -91,8 +113,7 @@ TQStatus BINAlgorithm::MDLPCut(const std::vector<double>* values, const std::vec
     const double weight = right[0];
     const double entropyAll = Entropy(&right);
     const int position = FindBestCutPoint(counts, from, to, &left, &right);
-    const double gain = entropyAll - ComputeEntropy(&left, &right);
-    if (!IsWorthSplitting(gain, ComputeDelta(&left, &right, entropyAll), weight)) continue;
+    if (!IsWorthSplitting(left, right, entropyAll, weight)) continue;
 
     cuts.insert((*values)[static_cast<std::size_t>(position)]);
     const int lastLeft = fRightBorderClosed ? position : position - 1;
@@ -107,9 +128,23 @@ TQStatus BINAlgorithm::MDLPCut(const std::vector<double>* values, const std::vec
 
 TQStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<double>& cuts,
                             std::vector<double>& cellCounts, double& modelEntropy) const {
+  const auto valid = std::span(*tuples).first(fRecordCount);
+  WholeWeightRows rows;
+  if (rows.FillByValue(valid, fNumCategories, fRightBorderClosed)) {
+    // A row stands for its own value, the outermost one for the end of the axis.
+    const auto valueOf = [&](int row) {
+      if (fRightBorderClosed && row == rows.Count() - 1) return kHighest;
+      if (!fRightBorderClosed && row == 0) return kLowest;
+      return valid[rows.LastTupleOf(row)].value;
+    };
+    SplitWholeWeights(rows, fRightBorderClosed, MostTableEntries(valid.size()), valueOf, cuts,
+                      cellCounts);
+    return FinishBins(cuts, cellCounts, modelEntropy);
+  }
+
   // Each bin between these borders holds one distinct value.
   std::vector<double> borders{kLowest};
-  for (const BINDataTuple& tuple : std::span(*tuples).first(fRecordCount)) {
+  for (const BINDataTuple& tuple : valid) {
     if (borders.size() == 1 || tuple.value != borders.back()) borders.push_back(tuple.value);
   }
   if (borders.size() > 1) {
@@ -123,16 +158,29 @@ TQStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<do
 TQStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples,
                             std::vector<double>& percentileCuts, std::set<double>& cuts,
                             std::vector<double>& cellCounts, double& modelEntropy) const {
+  const auto valid = std::span(*tuples).first(fRecordCount);
   // A border at the data's edge has no tuple beyond it.
-  if (!percentileCuts.empty() && fRecordCount > 0) {
+  if (!percentileCuts.empty() && !valid.empty()) {
     if (fRightBorderClosed) {
-      if (percentileCuts.back() == (*tuples)[fRecordCount - 1].value) percentileCuts.pop_back();
-    } else if (percentileCuts.front() == tuples->front().value) {
+      if (percentileCuts.back() == valid.back().value) percentileCuts.pop_back();
+    } else if (percentileCuts.front() == valid.front().value) {
       percentileCuts.erase(percentileCuts.begin());
     }
   }
   percentileCuts.push_back(kHighest);
   percentileCuts.insert(percentileCuts.begin(), kLowest);
+
+  WholeWeightRows rows;
+  const bool ascends = std::is_sorted(percentileCuts.begin(), percentileCuts.end(),
+                                      std::less_equal<>());  // strictly
+  if (ascends && rows.FillByBorders(valid, fNumCategories, fRightBorderClosed, percentileCuts)) {
+    const auto valueOf = [&](int row) {
+      return percentileCuts[static_cast<std::size_t>(fRightBorderClosed ? row + 1 : row)];
+    };
+    SplitWholeWeights(rows, fRightBorderClosed, MostTableEntries(valid.size()), valueOf, cuts,
+                      cellCounts);
+    return FinishBins(cuts, cellCounts, modelEntropy);
+  }
   return BinRows(percentileCuts, cuts, cellCounts, modelEntropy);
 }
 
@@ -141,7 +189,7 @@ TQStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples,
 TQStatus BINAlgorithm::BinRows(std::vector<double>& borders, std::set<double>& cuts,
                                std::vector<double>& cellCounts, double& modelEntropy) const {
   std::vector<double> table;
-  TQStatus status = fDataSet->CreateBinTable(&borders, fRightBorderClosed, table);
+  const TQStatus status = fDataSet->CreateBinTable(&borders, fRightBorderClosed, table);
   if (!status.IsOK()) return status;
 
   // A row stands for its upper border when that is closed, for its lower one if not.
@@ -151,11 +199,15 @@ TQStatus BINAlgorithm::BinRows(std::vector<double>& borders, std::set<double>& c
     borders.pop_back();
   }
   const int rows = static_cast<int>(table.size() / fNumCategories);
-  status = MDLPCut(&borders, &table, 0, rows - 1, cuts);
-  if (cuts.empty()) status = Warning(kNoCutAccepted);
-  if (status.IsError()) return status;
-
+  const TQStatus search = MDLPCut(&borders, &table, 0, rows - 1, cuts);
+  if (search.IsError() && !cuts.empty()) return search;  // without a cut, that is reported
   cellCounts = CountCells(borders, CountsTable(table, fNumCategories), cuts, fRightBorderClosed);
+  return FinishBins(cuts, cellCounts, modelEntropy);
+}
+
+TQStatus BINAlgorithm::FinishBins(std::set<double>& cuts, std::vector<double>& cellCounts,
+                                  double& modelEntropy) const {
+  const TQStatus status = cuts.empty() ? Warning(kNoCutAccepted) : TQStatus();
   // With one cut there is no inner bin.
   if (fSettings.GetSmallBinDetectionThreshold() > 0.0 && cuts.size() > 1) {
     ProcessLittleBins(&cellCounts, cuts);

@@ -44,6 +44,26 @@ int BinaryRecordIterator::NewPass() {
   return fFailReason;
 }
 
+std::size_t BinaryRecordIterator::NextBlock(double* values, std::size_t count) {
+  if (fFailReason != kNone || count == 0) return 0;
+  // The value read ahead comes first, and the one after the last is read ahead.
+  values[0] = fLookahead;
+  const std::size_t wanted = (count - 1) * sizeof(double);
+  const std::size_t got = std::fread(values + 1, 1, wanted, fFile.get());
+  if (got == wanted) {
+    fLookahead = values[count - 1];
+    fFailReason = NextRecord();
+    return count;
+  }
+  fFailReason = ReasonForShortRead(got % sizeof(double));
+  fCurrent = values[got / sizeof(double)];
+  return got / sizeof(double) + 1;
+}
+
+int BinaryRecordIterator::ReasonForShortRead(std::size_t oddBytes) const {
+  return oddBytes == 0 && std::feof(fFile.get()) != 0 ? kEndOfFile : kFailed;
+}
+
 int BinaryRecordIterator::NextRecord() {
   fCurrent = fLookahead;
   if (fFailReason != kNone) return fFailReason;
@@ -51,7 +71,7 @@ int BinaryRecordIterator::NextRecord() {
   const std::size_t wanted = sizeof(double) * static_cast<std::size_t>(fCount);
   const std::size_t got = std::fread(&fLookahead, 1, wanted, fFile.get());
   if (got == wanted) return kNone;
-  fFailReason = got == 0 && std::feof(fFile.get()) != 0 ? kEndOfFile : kFailed;
+  fFailReason = ReasonForShortRead(got);
   return fFailReason;
 }
 

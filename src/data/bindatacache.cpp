@@ -113,6 +113,13 @@ unsigned int BINDataCache::GetRowSize(int row) const {
   return HasRow(row) ? fFillCounts[Count(row)] : 0U;
 }
 
+bool BINDataCache::SetRowSize(int row, unsigned int count) {
+  if (!HasRow(row) || count > static_cast<unsigned int>(fCols)) return false;
+  fFillCounts[Count(row)] = count;
+  if (count == static_cast<unsigned int>(fCols)) fStatus = kBlockReady;
+  return true;
+}
+
 int BINDataCache::GetNRows() const { return fRows; }
 int BINDataCache::GetNCols() const { return fCols; }
 BINDataCache::CacheStatus BINDataCache::GetStatus() const { return fStatus; }

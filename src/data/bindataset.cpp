@@ -7,7 +7,7 @@
 #include "common/categorycode.h"
 #include "common/missing.h"
 #include "common/raise.h"
-#include "data/tupleorder.h"
+#include "data/tuplesort.h"
 #include "tqbinning/bindatapreparator.h"
 #include "tqbinning/binvarlist.h"
 
@@ -108,40 +108,93 @@ TQStatus BINDataSet::IsValidTarget(int target, bool& isValid) {
   return fPreparator.IsValidTarget(ColumnOf(static_cast<unsigned int>(target)), isValid);
 }
 
+namespace {
+
+// Hands out a column's values block by block.
+class ColumnBlocks {
+ public:
+  static constexpr std::size_t kSize = 2048;
+
+  // `reader` is borrowed and may be null, for a column that does not exist.
+  explicit ColumnBlocks(BinaryRecordIterator* reader) : fReader(reader) {}
+
+  // The number of values that were there, at most `count`; behind them come zeros.
+  std::size_t Read(std::size_t count) {
+    const std::size_t got = fReader->NextBlock(fValues, count);
+    std::fill(fValues + got, fValues + count, 0.0);
+    return got;
+  }
+  double operator[](std::size_t i) const { return fValues[i]; }
+
+ private:
+  BinaryRecordIterator* fReader;
+  double fValues[kSize];
+};
+
+struct CaseTotals {
+  std::size_t validCases = 0;
+  double weight = 0.0;
+  double validWeight = 0.0;
+};
+
+// Reads the cases of one attribute, all files in step.  What can be asked once per
+// attribute is asked by the template's arguments and not once per case: the first of
+// target, weight and attribute that exists counts the cases.  `store(i, value, code,
+// weight)` keeps valid case i; at most `most` are kept, however long a file has become.
+template <bool kHasTarget, bool kHasWeight, typename Store>
+CaseTotals ReadCases(ColumnBlocks& values, ColumnBlocks& targets, ColumnBlocks& weights,
+                     std::size_t most, Store store) {
+  ColumnBlocks& leader = kHasTarget ? targets : kHasWeight ? weights : values;
+  const double missing = TQMV::gMissingValue;
+  CaseTotals totals;
+  while (const std::size_t count = leader.Read(ColumnBlocks::kSize)) {
+    if (kHasTarget || kHasWeight) values.Read(count);
+    if (kHasTarget && kHasWeight) weights.Read(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      const double weight = kHasWeight ? weights[i] : 1.0;
+      if (kHasWeight && weight == missing) continue;
+      totals.weight += weight;
+      if (values[i] == missing || (kHasTarget && targets[i] == missing)) continue;
+      if (totals.validCases == most) continue;
+      totals.validWeight += weight;
+      store(totals.validCases++, values[i], kHasTarget ? targets[i] : 0.0, weight);
+    }
+  }
+  return totals;
+}
+
+}  // namespace
+
 TQStatus BINDataSet::ReadNextAttribute(unsigned int column) {
-  fNumberOfValidTuples = 0;
-  fWeightTotal = 0.0;
-  fValidWeightTotal = 0.0;
   if (fTargetReader) fTargetReader->NewPass();
   if (fWeightReader) fWeightReader->NewPass();
   const Reader attributeReader = OpenColumn(static_cast<int>(column));
+  ColumnBlocks values(attributeReader.get());
+  ColumnBlocks targets(fTargetReader.get());
+  ColumnBlocks weights(fWeightReader.get());
 
-  // All files hold one value a case; the first of them that exists counts the cases.
-  const BinaryRecordIterator& leader = fTargetReader   ? *fTargetReader
-                                       : fWeightReader ? *fWeightReader
-                                                       : *attributeReader;
-  while (leader.HasMore()) {
-    const double target = fTargetReader ? fTargetReader->Next() : 0.0;
-    const double weight = fWeightReader ? fWeightReader->Next() : 1.0;
-    AddCase(attributeReader->Next(), target, weight);
-  }
-  return TQStatus();
-}
-
-void BINDataSet::AddCase(double value, double target, double weight) {
-  if (IsMissing(weight)) return;
-  fWeightTotal += weight;
-  if (IsMissing(value) || (fTargetReader && IsMissing(target))) return;
-  if (fNumberOfValidTuples >= fNumberOfCases) return;  // a file that others have appended to
-  fValidWeightTotal += weight;
+  CaseTotals totals;
   if (fTargetReader) {
-    if (fSupervisedTuples) {
-      (*fSupervisedTuples)[fNumberOfValidTuples] = {value, CategoryCode(target), weight};
-    }
-  } else if (fUnsupervisedTuples) {
-    (*fUnsupervisedTuples)[fNumberOfValidTuples] = {value, weight};
+    BINDataTuple* const tuples = fSupervisedTuples ? fSupervisedTuples->data() : nullptr;
+    const auto store = [tuples](std::size_t i, double value, double target, double weight) {
+      if (tuples != nullptr) tuples[i] = {value, CategoryCode(target), weight};
+    };
+    totals = fWeightReader
+                 ? ReadCases<true, true>(values, targets, weights, fNumberOfCases, store)
+                 : ReadCases<true, false>(values, targets, weights, fNumberOfCases, store);
+  } else {
+    EFBINDataTuple* const tuples = fUnsupervisedTuples ? fUnsupervisedTuples->data() : nullptr;
+    const auto store = [tuples](std::size_t i, double value, double, double weight) {
+      if (tuples != nullptr) tuples[i] = {value, weight};
+    };
+    totals = fWeightReader
+                 ? ReadCases<false, true>(values, targets, weights, fNumberOfCases, store)
+                 : ReadCases<false, false>(values, targets, weights, fNumberOfCases, store);
   }
-  ++fNumberOfValidTuples;
+  fNumberOfValidTuples = static_cast<unsigned int>(totals.validCases);
+  fWeightTotal = totals.weight;
+  fValidWeightTotal = totals.validWeight;
+  return TQStatus();
 }
 
 namespace {
@@ -158,7 +211,8 @@ template <typename Tuple>
 AttributeRange SortTuples(std::vector<Tuple>* tuples, std::size_t valid) {
   if (tuples == nullptr || valid == 0) return {0, TQMV::gMissingValue, TQMV::gMissingValue};
   const std::span<Tuple> sorted = std::span(*tuples).first(valid);
-  SortByValue(sorted);
+  SortScratch scratch;
+  SortByValue(sorted, scratch);
   return {CountDistinct<Tuple>(sorted), sorted.front().value, sorted.back().value};
 }
 

@@ -8,6 +8,7 @@
 #include <ctime>
 #include <memory>
 #include <ostream>
+#include <utility>
 
 #include "common/categorycode.h"
 #include "common/lineend.h"
@@ -220,29 +221,56 @@ TQStatus BINDataPreparator::TransferData() {
   return status;
 }
 
-int BINDataPreparator::GetFirstAttributeColumn() const { return fHasTarget + fHasWeight; }
-
 TQStatus BINDataPreparator::ProcessRecord(const TQCommon::Record& in, TQCommon::Record& out) {
   for (int column = 0; column < fProcRecSize; ++column) out[column] = 0.0;
+  return ProcessCase(in, [&out](int column, double value) { out[column] = value; });
+}
 
+// Hands every value of the processed record to `put(column, value)`, each once; a
+// column that is not usable, or belongs to no variable, is left out.
+template <typename Put>
+TQStatus BINDataPreparator::ProcessCase(const TQCommon::Record& in, Put put) {
+  const double missing = TQMV::gMissingValue;
   if (fWeightNewIndex > 0) {
     const double weight = fWeightEncoder->Encode(in[fWeightOriginalIndex]);
-    if (IsMissing(weight)) {
+    if (weight == missing) {
       fDropCase = true;
       return TQStatus();
     }
-    out[fHasTarget] = weight;
+    put(fHasTarget, weight);
   }
 
   TQStatus status;
-  if (fTargetIndex >= 0) status = ProcessTarget(in[fTargetIndex], out);
+  if (fTargetIndex >= 0) status = ProcessTarget(in[fTargetIndex], put);
   if (status.IsError()) return status;
-  return ProcessAttributes(in, out, status);
+
+  int column = fHasTarget + fHasWeight;
+  for (const int k : fInputIndices) {
+    const double value = in[k];
+    if (fMeasureLevels[At(k)] == IBINVariable::kContinuous) {
+      const BINNumericUserMissing* const userMissing = AsNumeric(fUserMissing[At(k)]);
+      const bool isUserMissing = userMissing != nullptr && userMissing->Contains(value);
+      put(column, isUserMissing ? missing : value);
+    } else if (IsMissingCategory(value)) {
+      put(column, missing);
+    } else if (fPossibleInputs[At(column)]) {
+      if (IsCategoryCode(value)) {
+        put(column, value);
+        fLargestCodes[At(column)] = std::max<int>(fLargestCodes[At(column)], CategoryCode(value));
+      } else {
+        fPossibleInputs[At(column)] = false;
+        status = WithDatum(Warning(kCodeOutOfRange), column);  // replaces an earlier one
+      }
+    }
+    ++column;
+  }
+  return status;
 }
 
-TQStatus BINDataPreparator::ProcessTarget(double value, TQCommon::Record& out) {
+template <typename Put>
+TQStatus BINDataPreparator::ProcessTarget(double value, Put put) {
   if (IsMissingTarget(value)) {
-    out[0] = TQMV::gMissingValue;
+    put(0, TQMV::gMissingValue);
     return TQStatus();
   }
   if (!fPossibleInputs[0]) return TQStatus();
@@ -252,35 +280,9 @@ TQStatus BINDataPreparator::ProcessTarget(double value, TQCommon::Record& out) {
     const bool isWarning = fVarList.GetNumCatVar() >= 2;
     return WithDatum(TQStatus(kCodeOutOfRange, isWarning), fTargetIndex);
   }
-  out[0] = value;
+  put(0, value);
   fLargestCodes[0] = std::max<int>(fLargestCodes[0], CategoryCode(value));
   return TQStatus();
-}
-
-// `status` is what the record has earned so far; a later warning replaces it.
-TQStatus BINDataPreparator::ProcessAttributes(const TQCommon::Record& in, TQCommon::Record& out,
-                                              TQStatus status) {
-  int column = GetFirstAttributeColumn();
-  for (const int k : fInputIndices) {
-    const double value = in[k];
-    if (fMeasureLevels[At(k)] == IBINVariable::kContinuous) {
-      const BINNumericUserMissing* const userMissing = AsNumeric(fUserMissing[At(k)]);
-      const bool isUserMissing = userMissing != nullptr && userMissing->Contains(value);
-      out[column] = isUserMissing ? TQMV::gMissingValue : value;
-    } else if (IsMissingCategory(value)) {
-      out[column] = TQMV::gMissingValue;
-    } else if (fPossibleInputs[At(column)]) {
-      if (IsCategoryCode(value)) {
-        out[column] = value;
-        fLargestCodes[At(column)] = std::max<int>(fLargestCodes[At(column)], CategoryCode(value));
-      } else {
-        fPossibleInputs[At(column)] = false;
-        status = WithDatum(Warning(kCodeOutOfRange), column);
-      }
-    }
-    ++column;
-  }
-  return status;
 }
 
 TQStatus BINDataPreparator::ProcessSource(TQCommon::RecordIterator& source) {
@@ -292,7 +294,6 @@ TQStatus BINDataPreparator::ProcessSource(TQCommon::RecordIterator& source) {
   status = ReadCases(source);
   if (status.IsError()) return status;
 
-  (void)TransferData();  // what the cache still holds; its status decides nothing
   if (fKeptCases == 0) {
     fStatus = Error(kNoCases);
   } else if (fCancelInfo.IsCancel()) {
@@ -303,38 +304,52 @@ TQStatus BINDataPreparator::ProcessSource(TQCommon::RecordIterator& source) {
   return fStatus;
 }
 
+// Cases are written straight into the cache's rows: a value is touched once.
 TQStatus BINDataPreparator::ReadCases(TQCommon::RecordIterator& source) {
   CaseProgress progress(fListener, fProgressInterval);
-  TQCommon::Record out(fProcRecSize);
+  std::vector<double*> rows;
+  for (int column = 0; column < fProcRecSize; ++column) rows.push_back(fCache.GetRowPtr(column));
+  unsigned int cached = 0;  // cases in the cache
+  const auto put = [&](int column, double value) { rows[At(column)][cached] = value; };
+  std::vector<bool> isGrowing = fPossibleInputs;  // columns that are still written
+
   unsigned int processedRecords = 0;
   while (source.HasMore() && !fCancelInfo.IsCancel()) {
     if (const TQCommon::Record* const in = source.Next()) {
       ++processedRecords;
-      const TQStatus status = SpoolCase(*in, out);
+      fDropCase = false;
+      TQStatus status = ProcessCase(*in, put);
       if (status.IsError()) return status;
+      if (status.IsWarning()) StopLostColumns(cached, isGrowing);
+      if (!fDropCase) {
+        ++cached;
+        if (cached == static_cast<unsigned int>(fCacheCapacity)) {
+          status = TransferBlock(std::exchange(cached, 0U));
+          if (status.IsError()) return status;
+        }
+        ++fKeptCases;
+      }
     }
     progress.Step(processedRecords);
   }
+  (void)TransferBlock(cached);  // the final one; its status decides nothing
   return TQStatus();
 }
 
-TQStatus BINDataPreparator::SpoolCase(const TQCommon::Record& in, TQCommon::Record& out) {
-  fDropCase = false;
-  TQStatus status = ProcessRecord(in, out);
-  if (status.IsError()) return status;
-  if (fDropCase) {
-    fDropCase = false;
-    return TQStatus();
-  }
+// Leaves a column that has become unusable with the cases that it has.
+void BINDataPreparator::StopLostColumns(unsigned int cases, std::vector<bool>& isGrowing) {
   for (int i = 0; i < fOrigRecSize; ++i) {
-    if (fPossibleInputs[At(i)]) fCache.AddElem(i, out[i]);
+    if (!isGrowing[At(i)] || fPossibleInputs[At(i)]) continue;
+    isGrowing[At(i)] = false;
+    fCache.SetRowSize(i, cases);
   }
-  if (fCache.IsAvailable()) {
-    status = TransferData();
-    if (status.IsError()) return status;
+}
+
+TQStatus BINDataPreparator::TransferBlock(unsigned int cases) {
+  for (int i = 0; i < fOrigRecSize; ++i) {
+    if (fPossibleInputs[At(i)]) fCache.SetRowSize(i, cases);
   }
-  ++fKeptCases;
-  return TQStatus();  // a record's warnings are not kept
+  return TransferData();
 }
 
 // A column with a code beyond its variable's declaration cannot be relied upon.

@@ -660,4 +660,18 @@ TEST(MDLPCut, DoesNotChangeItsTables) {
   EXPECT_EQ((Cuts{1, 2}), cuts);
 }
 
+TEST(MDLPCut, WithoutCategoriesIsAnError) {
+  const Kernel kernel(0);
+  const Numbers values;
+  const Numbers counts;
+  Cuts cuts;
+  EXPECT_EQ(Error(120002), kernel->MDLPCut(&values, &counts, 0, 0, cuts));
+}
+
+// Both rows are mixed three to two, so the true gain of every cut is 0.  Rounding
+// makes the position behind all rows the best by a hair, and weight 1 accepts it.
+TEST(MDLPCut, ACutBehindAllRowsIsTakenOnceAndEndsTheInterval) {
+  EXPECT_EQ((Cuts{2}), CutsOf({{9 * 0.05, 3 * 0.05}, {6 * 0.05, 2 * 0.05}}, kClosed));
+}
+
 }  // namespace

@@ -512,4 +512,39 @@ TEST(SmallBinThreshold, NeverMergesTheTwoBinsOfASingleCut) {
   EXPECT_EQ((Table{{2, 2, 0}, {18, 0, 18}}), run.Result(0, 1).GetCellCounts());
 }
 
+// ----------------------------------------------------------------- without a case
+
+// Entropy over no weight at all is no number.
+TEST(MDLP, WithoutACaseIsOneEmptyBin) {
+  for (const bool closed : {kClosed, kOpen}) {
+    const Outcome out = Pair({kMissing, kMissing}, {0, 1}, closed).Bin();
+    EXPECT_EQ(Warning(120017), out.status);
+    EXPECT_EQ(Cuts{}, out.cuts);
+    EXPECT_EQ((Numbers{0, 0, 0}), out.cellCounts);
+    EXPECT_TRUE(std::isnan(out.modelEntropy));
+  }
+}
+
+TEST(MDLPOverPreBins, WithoutACaseNoBorderLiesAtItsEdge) {
+  for (const bool closed : {kClosed, kOpen}) {
+    const Outcome out = Pair({kMissing, kMissing}, {0, 1}, closed).Bin({0.0});
+    EXPECT_EQ(Warning(120002), out.status);  // one row each side of the border is too many
+    EXPECT_EQ(Numbers{}, out.cellCounts);
+  }
+}
+
+// Cuts that are there already keep the error from reading as a search without a cut.
+TEST(MDLP, AnErrorOfTheCutSearchEndsThereWhenCutsAreAlreadyGiven) {
+  Pair pair(k1To8, kFirstHalf);
+  OpenAlgorithm& algorithm = pair.Algorithm();
+  algorithm.fNumCategories = 1;
+  Outcome out;
+  out.cuts = {4.0};
+  out.status = algorithm.MDLP(algorithm.fTuples, out.cuts, out.cellCounts, out.modelEntropy);
+  EXPECT_EQ(support::Error(120002), out.status);
+  EXPECT_EQ((Cuts{4}), out.cuts);
+  EXPECT_EQ(Numbers{}, out.cellCounts);
+  EXPECT_EQ(kMissing, out.modelEntropy);
+}
+
 }  // namespace

@@ -231,4 +231,99 @@ TEST_F(BinaryRecordIteratorTest, TwoIteratorsReadTheSameFileIndependently) {
   EXPECT_EQ(1.0, other.Next());
 }
 
+TEST_F(BinaryRecordIteratorTest, ANewPassOverAFileThatNeverOpenedStaysFailed) {
+  testing::internal::CaptureStdout();
+  Iterator iterator(fScratch.File("missing"));
+  testing::internal::GetCapturedStdout();
+  EXPECT_EQ(3, iterator.NewPass());
+  EXPECT_FALSE(iterator.HasMore());
+  EXPECT_EQ(3, iterator.GetFailReason());
+}
+
 }  // namespace
+
+// ---- blocks: exactly the values that repeated Next would hand out
+
+namespace {
+
+std::vector<double> Count(std::size_t n) {
+  std::vector<double> values;
+  for (std::size_t i = 1; i <= n; ++i) values.push_back(static_cast<double>(i));
+  return values;
+}
+
+// Reads `path` by Next, and by blocks of `size`; the values and the states must agree.
+void ExpectBlocksLikeNext(const std::string& path, std::size_t size) {
+  TQBinning::BinaryRecordIterator single(path);
+  TQBinning::BinaryRecordIterator blocks(path);
+  std::vector<double> block(size);
+  while (true) {
+    const std::size_t got = blocks.NextBlock(block.data(), size);
+    for (std::size_t i = 0; i < got; ++i) {
+      ASSERT_TRUE(single.HasMore());
+      ASSERT_EQ(single.Next(), block[i]);
+    }
+    ASSERT_EQ(single.GetFailReason(), blocks.GetFailReason());
+    if (got == 0) break;
+  }
+  ASSERT_FALSE(single.HasMore());
+}
+
+}  // namespace
+
+TEST(NextBlock, HandsOutWhatNextWouldWhereverTheFileEnds) {
+  const support::ScratchDirectory directory;
+  for (const std::size_t n : {0U, 1U, 2U, 3U, 4U, 5U, 8U, 1000U}) {
+    support::WriteColumn(directory.File("column"), Count(n));
+    for (const std::size_t size : {1U, 2U, 4U, 7U, 2048U}) {
+      SCOPED_TRACE(std::to_string(n) + " values in blocks of " + std::to_string(size));
+      ExpectBlocksLikeNext(directory.File("column"), size);
+    }
+  }
+}
+
+TEST(NextBlock, EndsAsAFailureAtAPartialLastValue) {
+  const support::ScratchDirectory directory;
+  for (const std::size_t n : {0U, 1U, 3U, 4U, 5U}) {
+    support::WriteColumn(directory.File("column"), Count(n));
+    std::ofstream(directory.File("column"), std::ios::app | std::ios::binary) << "odd";
+    for (const std::size_t size : {1U, 2U, 4U, 100U}) {
+      SCOPED_TRACE(std::to_string(n) + " values in blocks of " + std::to_string(size));
+      ExpectBlocksLikeNext(directory.File("column"), size);
+      TQBinning::BinaryRecordIterator iterator(directory.File("column"));
+      std::vector<double> block(size);
+      while (iterator.NextBlock(block.data(), size) > 0) continue;
+      EXPECT_EQ(3, iterator.GetFailReason());
+    }
+  }
+}
+
+TEST(NextBlock, OfNoValuesOrWithoutAFileHandsOutNothing) {
+  const support::ScratchDirectory directory;
+  support::WriteColumn(directory.File("column"), {1.5});
+  TQBinning::BinaryRecordIterator iterator(directory.File("column"));
+  EXPECT_EQ(0U, iterator.NextBlock(nullptr, 0));
+  EXPECT_TRUE(iterator.HasMore());
+  EXPECT_EQ(1.5, iterator.Next());
+
+  testing::internal::CaptureStdout();
+  TQBinning::BinaryRecordIterator absent(directory.File("absent"));
+  testing::internal::GetCapturedStdout();
+  double value = 7.0;
+  EXPECT_EQ(0U, absent.NextBlock(&value, 1));
+  EXPECT_EQ(7.0, value);
+}
+
+TEST(NextBlock, GoesOnAfterNextAndStartsAgainAfterANewPass) {
+  const support::ScratchDirectory directory;
+  support::WriteColumn(directory.File("column"), {1.0, 2.0, 3.0, 4.0});
+  TQBinning::BinaryRecordIterator iterator(directory.File("column"));
+  EXPECT_EQ(1.0, iterator.Next());
+  std::vector<double> block(2);
+  EXPECT_EQ(2U, iterator.NextBlock(block.data(), 2));
+  EXPECT_EQ((std::vector<double>{2.0, 3.0}), block);
+  EXPECT_EQ(4.0, iterator.Next());
+  EXPECT_EQ(0, iterator.NewPass());
+  EXPECT_EQ(2U, iterator.NextBlock(block.data(), 2));
+  EXPECT_EQ((std::vector<double>{1.0, 2.0}), block);
+}

@@ -338,3 +338,32 @@ TEST(BINDataCache, AssignmentToItselfChangesNothing) {
 }
 
 }  // namespace
+
+// ---- rows filled through their pointers
+
+TEST(SetRowSize, DeclaresWhatWasWrittenThroughTheRowPointer) {
+  BINDataCache cache(2, 3);
+  cache.GetRowPtr(1)[0] = 4.0;
+  cache.GetRowPtr(1)[1] = 5.0;
+  EXPECT_TRUE(cache.SetRowSize(1, 2));
+  EXPECT_EQ(0U, cache.GetRowSize(0));
+  EXPECT_EQ(2U, cache.GetRowSize(1));
+  EXPECT_FALSE(cache.IsAvailable());
+  EXPECT_TRUE(cache.AddElem(1, 6.0));  // goes on behind
+  EXPECT_EQ(6.0, cache.GetElem(1, 2));
+}
+
+TEST(SetRowSize, OfAllColumnsMakesTheBlockReady) {
+  BINDataCache cache(1, 3);
+  EXPECT_TRUE(cache.SetRowSize(0, 3));
+  EXPECT_TRUE(cache.IsAvailable());
+}
+
+TEST(SetRowSize, RefusesARowOutOfRangeAndMoreValuesThanColumns) {
+  BINDataCache cache(1, 3);
+  EXPECT_FALSE(cache.SetRowSize(-1, 1));
+  EXPECT_FALSE(cache.SetRowSize(1, 1));
+  EXPECT_FALSE(cache.SetRowSize(0, 4));
+  EXPECT_EQ(0U, cache.GetRowSize(0));
+  EXPECT_FALSE(cache.IsAvailable());
+}

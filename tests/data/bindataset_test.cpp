@@ -792,4 +792,61 @@ TEST(CreateBinTable, TheTailOfTheVectorDoesNotCount) {
   EXPECT_EQ((Doubles{1.0, 0.0, 1.0, 0.0}), result.table);
 }
 
+// ---- what only a foreign hand, or a subclass, can bring about ----
+
+TEST(DataSetIsValidTarget, BeforeTheDataPassNoVariableHasAColumn) {
+  Data data(Variables("TA"), {{0.0, 1.0}});
+  bool isValid = true;
+  EXPECT_EQ(Error(TQBinning::kInvalidIndex), data.set.IsValidTarget(0, isValid));
+  EXPECT_TRUE(isValid);
+}
+
+TEST(GetAttribute, ATargetThatOthersHaveWrittenAndThatIsNoCodeCountsAsZero) {
+  PreparedData data("AC", {{5.0, 1.0}, {6.0, 1.0}, {7.0, 1.0}, {8.0, 1.0}});
+  support::WriteColumn(data.File(1), {1.0, 300.0, kNaN, -1.0});
+  EXPECT_EQ((std::vector<Case>{{5.0, 1, 1.0}, {6.0, 0, 1.0}, {7.0, 0, 1.0}, {8.0, 0, 1.0}}),
+            CasesOf(*data.Supervised(0, 1), 4));
+}
+
+TEST(CreateBinTable, ACodeThatOthersHaveWrittenBeyondTheLargestCountsInNoClass) {
+  PreparedData data("AC", {{5.0, 1.0}, {6.0, 0.0}});
+  support::WriteColumn(data.File(1), {1.0, 2.0});
+  data.Supervised(0, 1);
+  Doubles table;
+  const Doubles boundaries{0.0, 10.0};
+  EXPECT_EQ(TQStatus(), data.set.CreateBinTable(&boundaries, true, table));
+  EXPECT_EQ((Doubles{0.0, 1.0}), table);
+}
+
+TEST(CreateBinTable, WithoutTuplesThatHaveATargetOnlyASingleBinIsCovered) {
+  PreparedData data("A", OneFieldEach({1.0, 2.0}));
+  data.Unsupervised(0);
+  Doubles table{99.0};
+  const Doubles one{0.0, 5.0};
+  EXPECT_EQ(TQStatus(), data.set.CreateBinTable(&one, true, table));
+  EXPECT_EQ(Doubles{}, table);  // no target, no class
+  const Doubles two{0.0, 5.0, 10.0};
+  EXPECT_EQ(Warning(TQBinning::kInvalidTable), data.set.CreateBinTable(&two, true, table));
+}
+
+TEST(ReadNextAttribute, CountsCasesThatItHasNowhereToStore) {
+  PreparedData supervised("TA", {{0.0, 1.0}, {1.0, 2.0}});
+  supervised.set.fSupervisedTuples.reset();
+  EXPECT_EQ(TQStatus(), supervised.set.ReadNextAttribute(1));
+  EXPECT_EQ(2u, supervised.set.GetNumberOfValidTuples());
+
+  PreparedData unsupervised("A", OneFieldEach({1.0, 2.0, 3.0}));
+  unsupervised.set.fUnsupervisedTuples.reset();
+  EXPECT_EQ(TQStatus(), unsupervised.set.ReadNextAttribute(0));
+  EXPECT_EQ(3u, unsupervised.set.GetNumberOfValidTuples());
+}
+
+// ---- tuples of equal value ----
+
+TEST(GetAttribute, WithoutATargetTuplesOfEqualValueStandInTheOrderOfTheirWeights) {
+  PreparedData data("AW", {{5.0, 3.0}, {5.0, 1.0}, {4.0, 9.0}, {5.0, 2.0}});
+  EXPECT_EQ((std::vector<WeightedValue>{{4.0, 9.0}, {5.0, 1.0}, {5.0, 2.0}, {5.0, 3.0}}),
+            CasesOf(*data.Unsupervised(0), 4));
+}
+
 }  // namespace

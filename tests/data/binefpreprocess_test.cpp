@@ -714,4 +714,40 @@ TEST(BINEFPreProcess, IsDestroyedThroughItsBase) {
   EXPECT_TRUE(std::has_virtual_destructor_v<BINEFPreProcess>);
 }
 
+// ---- totals and places that the tuples do not bear out ----
+
+TEST(BINEFPreProcess, TuplesOfNoWeightUnderAPositiveTotalYieldNothing) {
+  for (const bool includeUpper : {kRightClosed, kLeftClosed}) {
+    SCOPED_TRACE(includeUpper);
+    const Cuts cuts = FindCuts(2, includeUpper, Tuples{{1.0, 0.0}, {2.0, 0.0}, {3.0, 0.0}}, 10.0);
+    EXPECT_TRUE(cuts.found);
+    EXPECT_EQ(Doubles{}, cuts.points);
+    EXPECT_EQ(Doubles{}, cuts.frequencies);
+  }
+}
+
+TEST(GetPercentile, AWeightBeyondTheTargetWithoutAnEarlierCutTakesNoTuple) {
+  Walk walk(kRightClosed, OneTo(3));
+  walk.index = 2;
+  walk.cumulative = 2.5;
+  EXPECT_EQ(kMissing, walk.Step(50.0, 4.0));
+  EXPECT_EQ(2u, walk.index);
+  EXPECT_EQ(2.5, walk.cumulative);
+}
+
+TEST(GetPercentile, WithoutATupleVectorReturnsTheMissingValueAndMovesNothing) {
+  BINEFPreProcess process(2, kRightClosed);
+  Doubles cutPoints;
+  Doubles frequencies;
+  unsigned int index = 3;
+  double cumulative = 1.5;
+  double previousCumulative = 0.5;
+  EXPECT_EQ(kMissing, process.GetPercentile(cutPoints, frequencies, 50.0, index, cumulative,
+                                            previousCumulative, 4.0));
+  EXPECT_EQ(3u, index);
+  EXPECT_EQ(1.5, cumulative);
+  EXPECT_EQ(0.5, previousCumulative);
+  EXPECT_EQ(Doubles{}, frequencies);
+}
+
 }  // namespace

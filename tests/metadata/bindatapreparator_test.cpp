@@ -1191,4 +1191,64 @@ TEST(BINDataPreparator, DisplaysTheCodeOfAStatusThatIsNotOK) {
   }
 }
 
+// ---- variables and directories out of the ordinary ----
+
+// The list holds the role against such a variable's level; only the weight's own
+// encoder can be asked for weights.
+TEST(BINDataPreparator, AVariableOfAnotherLevelInTheWeightsRoleHasNoColumn) {
+  BINVarList list = Variables("AA");
+  ASSERT_TRUE(list.SetVariableRole(1, IBINVariable::kFrequencyWeight));
+  const Pass pass(list);
+  EXPECT_EQ((Ints{0, -1}), pass.preparator.GetVariableIndex());
+  EXPECT_EQ(-1, pass.preparator.fWeightOriginalIndex);
+  EXPECT_EQ(nullptr, pass.preparator.fWeightEncoder);
+}
+
+// A role that is changed behind the list's back leaves it a target column that no
+// variable fills, which makes room for one without a column.
+TEST(ProcessSource, AVariableWithoutAColumnIsHeldToNoDeclaration) {
+  BINVarList list = Variables("TAC", 2);
+  list.GetVarAt(0)->SetVariableRole(IBINVariable::kAttribute);
+  list.GetVarAt(2)->SetVariableRole(IBINVariable::kUndefinedRole);
+  Pass pass(list);
+  EXPECT_EQ((Ints{1, 2, -1}), pass.preparator.GetVariableIndex());
+  EXPECT_EQ(TQStatus(), pass.Run({{1.0, 5.0, 9.0}, {0.0, 6.0, 9.0}}));
+  EXPECT_EQ((Doubles{0.0, 0.0}), pass.Column(0));
+  EXPECT_EQ((Doubles{1.0, 0.0}), pass.Column(1));
+  EXPECT_EQ((Doubles{5.0, 6.0}), pass.Column(2));
+  for (const int column : {0, 1, 2}) EXPECT_TRUE(pass.IsValid(column)) << column;
+}
+
+// Nothing could be written there either, so the search need not go on for ever.
+TEST(SetUpTempFiles, ADirectoryThatRefusesEveryNameEndsTheSearch) {
+  const support::ScratchDirectory scratch;
+  ASSERT_EQ(0, chmod(scratch.Path().c_str(), 0));
+  BINVarList list = Variables("A");
+  BINCancelInfo cancelInfo(nullptr);
+  Preparator preparator(list, cancelInfo, scratch.Path(), nullptr, 0);
+  const ProcessorTime time(0);
+  {
+    const OrdinaryUser user;
+    EXPECT_EQ(TQStatus(), preparator.SetUpTempFiles());
+    EXPECT_EQ(Error(TQBinning::kCannotAppend), preparator.TransferData());
+  }
+  ASSERT_EQ(0, chmod(scratch.Path().c_str(), 0700));
+  EXPECT_EQ((Names{scratch.File("1869f")}), preparator.GetFileNames());  // the 100000th
+}
+
+// A full disk shows when a block is written, or, for what still fits a buffer, when
+// the file is closed.
+TEST(TransferData, AFullDiskIsAnErrorForLargeBlocksAndForSmallOnes) {
+  for (const int cases : {1, 10000}) {
+    SCOPED_TRACE(cases);
+    Pass pass(Variables("A"));
+    ASSERT_EQ(TQStatus(), pass.preparator.SetUpTempFiles());
+    // Through a link, since the preparator removes its files in the end.
+    std::filesystem::create_symlink("/dev/full", pass.preparator.GetFileNames()[0]);
+    for (int i = 0; i < cases; ++i) ASSERT_TRUE(pass.preparator.fCache.AddElem(0, 1.0));
+    EXPECT_EQ(Error(TQBinning::kCannotAppend), pass.preparator.TransferData());
+    EXPECT_EQ(0u, pass.preparator.fCache.GetRowSize(0));
+  }
+}
+
 }  // namespace

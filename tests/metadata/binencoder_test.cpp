@@ -836,4 +836,12 @@ TEST(BINRoundEncoder, TheDumpEndsInAFlushAndReturnsItsStream) {
   EXPECT_EQ(&os, &encoder.Display(os));
 }
 
+TEST(BINCatNumEncoder, EightValuesAndLabelsFillALineAndBeginNoOther) {
+  BINCatNumEncoder encoder = Numbers({0.0, 1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0});
+  encoder.SetValueLabels({"a", "b", "c", "d", "e", "f", "g", "h"});
+  const std::string shown = Shown(encoder);
+  EXPECT_THAT(shown, testing::HasSubstr("of categories: 0 1 2 3 4 5 6 7 \n\t\tValue Labels:\n"));
+  EXPECT_THAT(shown, testing::EndsWith("a b c d e f g h \n"));
+}
+
 }  // namespace

@@ -1,0 +1,202 @@
+// The fast way of splitting against the plain formulas: the same cuts, always.
+#include "algorithm/wholeweightrows.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "algorithm/nlogn.h"
+#include "tqbinning/binalgorithm.h"
+
+namespace TQBinning {
+namespace {
+
+class Random {  // splitmix64: the same numbers everywhere
+ public:
+  explicit Random(std::uint64_t seed) : fState(seed) {}
+  std::uint64_t Below(std::uint64_t n) {
+    std::uint64_t z = fState += 0x9e3779b97f4a7c15U;
+    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
+    z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
+    return (z ^ (z >> 31)) % n;
+  }
+
+ private:
+  std::uint64_t fState;
+};
+
+class PlainAlgorithm : public BINAlgorithm {
+ public:
+  PlainAlgorithm(BINSettings& settings, BINVarList& list) : BINAlgorithm(settings, list) {}
+  using BINAlgorithm::fNumCategories;
+  using BINAlgorithm::fRightBorderClosed;
+};
+
+// The cut rows that the plain formulas choose over a dense table of the same tuples.
+std::set<int> PlainCuts(const std::vector<BINDataTuple>& tuples, std::size_t classes,
+                        bool rightClosed) {
+  std::vector<double> rows;
+  std::vector<double> table;
+  for (std::size_t i = 0; i < tuples.size(); ++i) {
+    if (i == 0 || tuples[i].value != tuples[i - 1].value) {
+      rows.push_back(static_cast<double>(rows.size()));
+      table.resize(table.size() + classes, 0.0);
+    }
+    table[table.size() - classes + tuples[i].target] += tuples[i].weight;
+  }
+  BINSettings settings;
+  BINVarList list;
+  PlainAlgorithm algorithm(settings, list);
+  algorithm.fNumCategories = static_cast<unsigned int>(classes);
+  algorithm.fRightBorderClosed = rightClosed;
+  std::set<double> cuts;
+  EXPECT_TRUE(algorithm.MDLPCut(&rows, &table, 0, static_cast<int>(rows.size()) - 1, cuts).IsOK());
+  return {cuts.begin(), cuts.end()};
+}
+
+std::set<int> FastCuts(const std::vector<BINDataTuple>& tuples, std::size_t classes,
+                       bool rightClosed, std::size_t mostEntries) {
+  WholeWeightRows rows;
+  EXPECT_TRUE(rows.FillByValue(tuples, classes, rightClosed));
+  NLogN nLogN;
+  nLogN.Prepare(rows.TotalWeight(), mostEntries);
+  return rows.Split(nLogN);
+}
+
+enum class Kind { kAny, kMirrored, kRepeated, kBlocks, kHeavy, kKinds };
+
+struct Problem {
+  std::vector<BINDataTuple> tuples;
+  std::size_t classes;
+};
+
+std::uint64_t WeightOf(Kind kind, Random& random) {
+  if (kind == Kind::kHeavy) return 1 + random.Below(1ULL << (1 + random.Below(29)));
+  return random.Below(3) == 0 ? 1 + random.Below(6) : 1;
+}
+
+// Mirrored and repeated tables have positions whose split entropies are equal in
+// exact arithmetic and may differ in the last bit as the formula computes them.
+Problem MakeProblem(std::uint64_t seed) {
+  Random random(seed);
+  const Kind kind = static_cast<Kind>(random.Below(static_cast<std::uint64_t>(Kind::kKinds)));
+  Problem problem;
+  problem.classes = random.Below(8) == 0 ? 2 + random.Below(40) : 2 + random.Below(3);
+  std::vector<std::vector<BINDataTuple>> rows(1 + random.Below(12));
+  for (std::size_t r = 0; r < rows.size(); ++r) {
+    const std::size_t block = kind == Kind::kBlocks ? r / 4 : random.Below(problem.classes);
+    for (std::uint64_t n = 1 + random.Below(3); n > 0; --n) {
+      const std::uint64_t target = random.Below(4) == 0 ? random.Below(problem.classes) : block;
+      rows[r].push_back({0.0, static_cast<unsigned char>(target % problem.classes),
+                         static_cast<double>(WeightOf(kind, random))});
+    }
+  }
+  const std::size_t half = rows.size();
+  if (kind == Kind::kMirrored) {
+    for (std::size_t r = half; r-- > 0;) rows.push_back(rows[r]);
+  } else if (kind == Kind::kRepeated) {
+    for (std::size_t r = 0; r < 2 * half; ++r) rows.push_back(rows[r]);
+  }
+  for (std::size_t r = 0; r < rows.size(); ++r) {
+    for (BINDataTuple tuple : rows[r]) {
+      tuple.value = static_cast<double>(r);
+      problem.tuples.push_back(tuple);
+    }
+  }
+  return problem;
+}
+
+TEST(WholeWeightRows, CutsWhereThePlainFormulasCutInAHundredThousandTables) {
+  std::size_t cutsSeen = 0;
+  for (std::uint64_t seed = 1; seed <= 100000; ++seed) {
+    const Problem problem = MakeProblem(seed);
+    const bool rightClosed = seed % 2 == 0;
+    const std::set<int> plain = PlainCuts(problem.tuples, problem.classes, rightClosed);
+    ASSERT_EQ(plain, FastCuts(problem.tuples, problem.classes, rightClosed, 1000))
+        << "seed " << seed;
+    cutsSeen += plain.size();
+  }
+  EXPECT_GT(cutsSeen, 20000U);  // the tables do have something to cut
+}
+
+TEST(WholeWeightRows, CutsALongAttributeAsThePlainFormulasDo) {
+  for (const std::size_t classes : {2U, 7U, 256U}) {
+    for (const bool rightClosed : {true, false}) {
+      Random random(classes);
+      std::vector<BINDataTuple> tuples(5000);
+      for (std::size_t i = 0; i < tuples.size(); ++i) {
+        const std::size_t likely = i * classes / tuples.size();
+        const std::uint64_t target = random.Below(3) == 0 ? random.Below(classes) : likely;
+        tuples[i] = {std::floor(static_cast<double>(i) / 1.5), static_cast<unsigned char>(target),
+                     static_cast<double>(1 + random.Below(2))};
+      }
+      EXPECT_EQ(PlainCuts(tuples, classes, rightClosed),
+                FastCuts(tuples, classes, rightClosed, 100000))
+          << classes << " classes";
+    }
+  }
+}
+
+TEST(WholeWeightRows, MayComputeWhatNoTableHolds) {
+  const Problem problem = MakeProblem(4711);
+  EXPECT_EQ(FastCuts(problem.tuples, problem.classes, true, 1000),
+            FastCuts(problem.tuples, problem.classes, true, 0));
+}
+
+bool Accepts(double value, double weight, bool rightClosed = true) {
+  WholeWeightRows rows;
+  return rows.FillByValue(std::vector<BINDataTuple>{{0.0, 0, 1.0}, {value, 1, weight}}, 2,
+                          rightClosed);
+}
+
+TEST(WholeWeightRows, LeavesToThePlainWayWhatItCannotDoExactly) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_TRUE(Accepts(1.0, 1.0));
+  EXPECT_TRUE(Accepts(1.0, 4294967295.0));
+  EXPECT_FALSE(Accepts(1.0, 4294967296.0));
+  EXPECT_FALSE(Accepts(1.0, 1.5));
+  EXPECT_FALSE(Accepts(1.0, 0.0));
+  EXPECT_FALSE(Accepts(1.0, -1.0));
+  EXPECT_FALSE(Accepts(1.0, kNaN));
+  EXPECT_FALSE(Accepts(1.0, kInfinity));
+  EXPECT_FALSE(Accepts(kNaN, 1.0));
+  EXPECT_FALSE(Accepts(kInfinity, 1.0));
+  EXPECT_TRUE(Accepts(std::numeric_limits<double>::max(), 1.0));
+  EXPECT_FALSE(Accepts(std::numeric_limits<double>::max(), 1.0, false));
+}
+
+TEST(WholeWeightRows, RefusesEqualWeightsThatAddUpBeyondOneEntry) {
+  WholeWeightRows rows;
+  EXPECT_FALSE(rows.FillByValue(
+      std::vector<BINDataTuple>{{0.0, 0, 4294967295.0}, {0.0, 0, 1.0}, {1.0, 1, 1.0}}, 2, true));
+}
+
+TEST(WholeWeightRows, RefusesBordersThatDoNotEndWithTheTuples) {
+  const std::vector<BINDataTuple> tuples{{1.0, 0, 1.0}, {2.0, 1, 1.0}};
+  const double highest = std::numeric_limits<double>::max();
+  WholeWeightRows rows;
+  EXPECT_TRUE(rows.FillByBorders(tuples, 2, true, std::vector<double>{-highest, 1.0, highest}));
+  EXPECT_EQ(2, rows.Count());
+  EXPECT_FALSE(rows.FillByBorders(tuples, 2, true, std::vector<double>{-highest, 2.0, highest}));
+}
+
+TEST(WholeWeightRows, CountsTheClassesOfAStretchOfRows) {
+  WholeWeightRows rows;
+  ASSERT_TRUE(rows.FillByValue(
+      std::vector<BINDataTuple>{{1.0, 0, 2.0}, {2.0, 1, 3.0}, {2.0, 0, 1.0}, {3.0, 1, 4.0}}, 2,
+      true));
+  std::vector<double> counts(3);
+  rows.CountRows(1, 2, counts);
+  EXPECT_EQ((std::vector<double>{8.0, 1.0, 7.0}), counts);
+  rows.CountRows(1, 0, counts);
+  EXPECT_EQ((std::vector<double>{0.0, 0.0, 0.0}), counts);
+}
+
+}  // namespace
+}  // namespace TQBinning

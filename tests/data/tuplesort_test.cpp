@@ -1,0 +1,169 @@
+#include "data/tuplesort.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace TQBinning {
+namespace {
+
+// splitmix64: the same numbers everywhere.
+class Random {
+ public:
+  explicit Random(std::uint64_t seed) : fState(seed) {}
+  std::uint64_t Next() {
+    std::uint64_t z = fState += 0x9e3779b97f4a7c15U;
+    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
+    z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
+    return z ^ (z >> 31);
+  }
+  std::uint64_t Below(std::uint64_t n) { return Next() % n; }
+
+ private:
+  std::uint64_t fState;
+};
+
+// A value for position i of n.
+using Shape = std::function<double(Random&, std::size_t i, std::size_t n)>;
+
+struct NamedShape {
+  const char* name;
+  Shape shape;
+};
+
+const std::vector<NamedShape>& Shapes() {
+  static const std::vector<NamedShape> shapes{
+      {"any bits", [](Random& r, auto, auto) { return std::bit_cast<double>(r.Next()); }},
+      {"many NaN and zeros",
+       [](Random& r, auto, auto) {
+         const double special[] = {std::numeric_limits<double>::quiet_NaN(),
+                                   0.0,
+                                   -0.0,
+                                   std::numeric_limits<double>::infinity(),
+                                   -std::numeric_limits<double>::infinity(),
+                                   5e-324,
+                                   1.0};
+         return special[r.Below(7)];
+       }},
+      {"distinct fractions",
+       [](Random& r, auto, auto) { return std::ldexp(double(r.Below(1ULL << 52)), -52); }},
+      {"small integers", [](Random& r, auto, auto) { return double(r.Below(100)) - 50.0; }},
+      {"leading bits all alike",
+       [](Random& r, auto, auto) { return 1.0 + std::ldexp(double(r.Below(1ULL << 20)), -52); }},
+      {"leading bits alike in two heaps",
+       [](Random& r, auto, auto) {
+         return double(r.Below(2)) * 1e9 + std::ldexp(double(r.Below(1ULL << 8)), -20);
+       }},
+      {"presorted", [](Random&, std::size_t i, auto) { return double(i); }},
+      {"reversed", [](Random&, std::size_t i, std::size_t n) { return double(n - i); }},
+      {"organ pipe",
+       [](Random&, std::size_t i, std::size_t n) { return double(std::min(i, n - i)); }},
+      {"all equal", [](Random&, auto, auto) { return 3.5; }},
+  };
+  return shapes;
+}
+
+constexpr std::size_t kSizes[] = {0, 1, 2, 3, 100, 511, 512, 513, 3000, 40000};
+
+// Value with NaN last, then the rest: an order without ties to compare contents in.
+bool Precedes(const BINDataTuple& a, const BINDataTuple& b) {
+  if (ComesBefore(a.value, b.value)) return true;
+  if (ComesBefore(b.value, a.value)) return false;
+  return a.target != b.target ? a.target < b.target : a.weight < b.weight;
+}
+
+bool Precedes(const EFBINDataTuple& a, const EFBINDataTuple& b) {
+  if (ComesBefore(a.value, b.value)) return true;
+  if (ComesBefore(b.value, a.value)) return false;
+  return ComesBefore(a.weight, b.weight);
+}
+
+bool AreAlike(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
+
+template <typename Tuple>
+void ExpectSameContents(std::vector<Tuple> expected, std::vector<Tuple> got) {
+  const auto precedes = [](const Tuple& a, const Tuple& b) { return Precedes(a, b); };
+  std::sort(expected.begin(), expected.end(), precedes);
+  std::sort(got.begin(), got.end(), precedes);
+  ASSERT_EQ(expected.size(), got.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    ASSERT_TRUE(AreAlike(expected[i].value, got[i].value)) << "tuple " << i;
+    ASSERT_TRUE(AreAlike(expected[i].weight, got[i].weight)) << "tuple " << i;
+    if constexpr (std::is_same_v<Tuple, BINDataTuple>) {
+      ASSERT_EQ(expected[i].target, got[i].target) << "tuple " << i;
+    }
+  }
+}
+
+class TupleSort : public testing::TestWithParam<bool> {
+ protected:
+  double Weight(Random& random) const { return GetParam() ? double(random.Below(5)) + 0.5 : 1.0; }
+};
+
+INSTANTIATE_TEST_SUITE_P(OneWeightAndManyWeights, TupleSort, testing::Bool());
+
+TEST_P(TupleSort, SupervisedTuplesEndInTheOrderOfTheirValuesWithTheirTargetsAndWeights) {
+  SortScratch scratch;
+  for (const NamedShape& shape : Shapes()) {
+    for (const std::size_t n : kSizes) {
+      SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " tuples");
+      Random random(n + 1);
+      std::vector<BINDataTuple> tuples(n);
+      for (std::size_t i = 0; i < n; ++i) {
+        tuples[i] = {shape.shape(random, i, n), static_cast<unsigned char>(random.Below(256)),
+                     Weight(random)};
+      }
+      const std::vector<BINDataTuple> before = tuples;
+      SortByValue(std::span(tuples), scratch);
+      for (std::size_t i = 1; i < n; ++i) {
+        ASSERT_FALSE(ComesBefore(tuples[i].value, tuples[i - 1].value)) << "tuple " << i;
+      }
+      ExpectSameContents(before, tuples);
+    }
+  }
+}
+
+TEST_P(TupleSort, UnsupervisedTuplesOfOneValueEndInTheOrderOfTheirWeights) {
+  SortScratch scratch;
+  for (const NamedShape& shape : Shapes()) {
+    for (const std::size_t n : kSizes) {
+      SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " tuples");
+      Random random(n + 1);
+      std::vector<EFBINDataTuple> tuples(n);
+      for (std::size_t i = 0; i < n; ++i) {
+        tuples[i] = {shape.shape(random, i, n), Weight(random)};
+      }
+      const std::vector<EFBINDataTuple> before = tuples;
+      SortByValue(std::span(tuples), scratch);
+      for (std::size_t i = 1; i < n; ++i) {
+        ASSERT_FALSE(Precedes(tuples[i], tuples[i - 1])) << "tuple " << i;
+      }
+      ExpectSameContents(before, tuples);
+    }
+  }
+}
+
+TEST(TupleSort, SmallWholeWeightsOfLongRunsAreOrderedAsWell) {
+  SortScratch scratch;
+  Random random(7);
+  std::vector<EFBINDataTuple> tuples(5000);
+  for (EFBINDataTuple& tuple : tuples) {
+    tuple = {double(random.Below(3)), double(random.Below(300))};  // some of 256 and more
+  }
+  const std::vector<EFBINDataTuple> before = tuples;
+  SortByValue(std::span(tuples), scratch);
+  for (std::size_t i = 1; i < tuples.size(); ++i) {
+    ASSERT_FALSE(Precedes(tuples[i], tuples[i - 1])) << "tuple " << i;
+  }
+  ExpectSameContents(before, tuples);
+}
+
+}  // namespace
+}  // namespace TQBinning
