@@ -114,6 +114,11 @@ bool IsMissingTarget(double value) { return IsMissing(value) || (value > -2.0 &&
 // An attribute's test is exact, unlike the target's.
 bool IsMissingCategory(double value) { return IsMissing(value) || value == -1.0; }
 
+bool HasRoundEncoder(const IBINVariable& variable) {
+  const IBINEncoder* const encoder = variable.GetEncoder();
+  return encoder != nullptr && encoder->GetEncoderType() == IBINVariable::kWeightLevel;
+}
+
 template <typename Number>
 void DisplayNumbers(std::ostream& os, const char* label, const std::vector<Number>& numbers) {
   os << label;
@@ -165,7 +170,7 @@ void BINDataPreparator::AddVariable(int k) {
       fTargetIndex = k;
       break;
     case IBINVariable::kFrequencyWeight:
-      if (fMeasureLevels.back() != IBINVariable::kWeightLevel) break;  // has no such encoder
+      if (!HasRoundEncoder(variable)) break;  // a role given to another kind of variable
       column = fHasTarget;
       fWeightOriginalIndex = k;
       fWeightNewIndex = 1;
@@ -248,6 +253,7 @@ TQStatus BINDataPreparator::ProcessCase(const TQCommon::Record& in, Put put) {
   for (const int k : fInputIndices) {
     const double value = in[k];
     if (fMeasureLevels[At(k)] == IBINVariable::kContinuous) {
+      // A categorical variable declared continuous may hold a definition of strings.
       const BINNumericUserMissing* const userMissing = AsNumeric(fUserMissing[At(k)]);
       const bool isUserMissing = userMissing != nullptr && userMissing->Contains(value);
       put(column, isUserMissing ? missing : value);

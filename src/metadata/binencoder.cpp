@@ -74,7 +74,8 @@ BINCatNumEncoder& BINCatNumEncoder::operator=(const BINCatNumEncoder& other) {
 BINCatNumEncoder::~BINCatNumEncoder() = default;
 
 bool BINCatNumEncoder::IsUserMissing(double value) const {
-  return fUserMissing != nullptr && TQBinning::AsNumeric(fUserMissing.get())->Contains(value);
+  const BINNumericUserMissing* const definition = TQBinning::AsNumeric(fUserMissing.get());
+  return definition != nullptr && definition->Contains(value);
 }
 
 double BINCatNumEncoder::Encode(double value) {
@@ -162,7 +163,8 @@ BINStringEncoder& BINStringEncoder::operator=(const BINStringEncoder& other) {
 BINStringEncoder::~BINStringEncoder() = default;
 
 bool BINStringEncoder::IsUserMissing(const std::string& value) const {
-  return fUserMissing != nullptr && TQBinning::AsString(fUserMissing.get())->Contains(value);
+  const BINStringUserMissing* const definition = TQBinning::AsString(fUserMissing.get());
+  return definition != nullptr && definition->Contains(value);
 }
 
 double BINStringEncoder::Encode(const std::string& value) {
@@ -241,9 +243,8 @@ BINRoundEncoder::~BINRoundEncoder() = default;
 
 double BINRoundEncoder::Encode(double weight) const {
   if (IsMissing(weight)) return TQMV::gMissingValue;
-  if (fUserMissing != nullptr && TQBinning::AsNumeric(fUserMissing)->Contains(weight)) {
-    return TQMV::gMissingValue;
-  }
+  const BINNumericUserMissing* const definition = TQBinning::AsNumeric(fUserMissing);
+  if (definition != nullptr && definition->Contains(weight)) return TQMV::gMissingValue;
   if (fOption == IBINVariable::kTruncate) {
     weight = std::floor(weight);
   } else if (fOption == IBINVariable::kRoundToClosest) {

@@ -21,11 +21,13 @@ inline void TakeOver(std::unique_ptr<IBINUserMissing>& owner, IBINUserMissing* u
   if (owner.get() != userMissing) owner.reset(userMissing);
 }
 
-// The definition as what its data type says it is; null stays null.
+// The definition as one of numbers (of strings); null when there is none of that type.
 inline const BINNumericUserMissing* AsNumeric(const IBINUserMissing* userMissing) {
+  if (userMissing == nullptr || userMissing->GetDataType() != kNumericData) return nullptr;
   return static_cast<const BINNumericUserMissing*>(userMissing);
 }
 inline const BINStringUserMissing* AsString(const IBINUserMissing* userMissing) {
+  if (userMissing == nullptr || userMissing->GetDataType() != kStringData) return nullptr;
   return static_cast<const BINStringUserMissing*>(userMissing);
 }
 

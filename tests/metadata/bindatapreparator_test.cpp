@@ -1252,3 +1252,31 @@ TEST(TransferData, AFullDiskIsAnErrorForLargeBlocksAndForSmallOnes) {
 }
 
 }  // namespace
+
+// ---- variables whose kind and declaration disagree
+
+TEST(MismatchedVariables, AStringDefinitionOfAVariableDeclaredContinuousHoldsNoNumber) {
+  BINVarList list;
+  list.AddCatVar("declared continuous", "", 2, IBINVariable::kContinuous, IBINVariable::kAttribute);
+  auto* const strings = new BINStringUserMissing;
+  strings->AddValue("9", "");
+  ASSERT_TRUE(list.GetVarAt(0)->SetUserMissingInfo(strings));
+  BINCancelInfo cancelInfo(nullptr);
+  BINDataPreparator preparator(list, cancelInfo, "", nullptr, 0);
+  TQCommon::Record out(1);
+  EXPECT_TRUE(preparator.ProcessRecord(support::MakeRecord({9.0}), out).IsOK());
+  EXPECT_EQ(9.0, out[0]);
+}
+
+TEST(MismatchedVariables, AWeightRoleGivenToACategoricalVariableMakesNoWeight) {
+  for (const auto level : {IBINVariable::kStringCategorical, IBINVariable::kWeightLevel}) {
+    BINVarList list;
+    list.AddContVar("x", "", IBINVariable::kAttribute);
+    list.AddCatVar("c", "", 2, level, IBINVariable::kFrequencyWeight);
+    BINCancelInfo cancelInfo(nullptr);
+    BINDataPreparator preparator(list, cancelInfo, "", nullptr, 0);
+    TQCommon::Record out(1);
+    EXPECT_TRUE(preparator.ProcessRecord(support::MakeRecord({5.0, 0.25}), out).IsOK());
+    EXPECT_EQ(5.0, out[0]);
+  }
+}
