@@ -3,9 +3,9 @@
 #include <ostream>
 
 #include "algorithm/componentversion.h"
+#include "algorithm/createbins.h"
 #include "algorithm/datapass.h"
 #include "algorithm/progresspacer.h"
-#include "algorithm/withoutthrowing.h"
 #include "common/lineend.h"
 #include "common/raise.h"
 #include "tqbinning/bindatapreparator.h"
@@ -62,31 +62,24 @@ std::ostream& BINAlgorithm::Display(std::ostream& os) const {
 TQStatus BINAlgorithm::CreateBins(TQCommon::RecordIterator& records,
                                   const std::vector<int>* attributes,
                                   const std::vector<int>* targets) {
-  return WithoutThrowing([&] {
-    fNumberOfBins = fSettings.GetNumberOfBins();
-    if (fNumberOfBins < 1) return Error(kInvalidNumberOfBins);
-    const bool hasLists = attributes != nullptr || targets != nullptr;
-    if (hasLists && !CheckVariableIndices(attributes, targets, fPairStatuses)) {
-      return Error(kNoValidPair);
-    }
-
-    TQStatus status;
-    if (!fCancelInfo.IsCancel()) {
-      status = PrepareData(records, fVarList, fCancelInfo, PassSettingsOf(fSettings), fPreparator,
-                           fDataSet);
-      if (status.IsError()) return status;
-      fDataSet->SetThresholdDistinct(
-          static_cast<unsigned int>(fSettings.GetNumDistinctValueThreshold()));
-      fRightBorderClosed = fSettings.IsRightBorderClosed();
-      status = DoCreateBins(attributes, targets);
-    }
-    if (!fStatus.IsOK()) status = Warning(kSomeNotOK);
-    if (fCancelInfo.IsCancel()) {
-      DoCancel();
-      return fStatus;
-    }
-    return status;
-  });
+  fNumberOfBins = fSettings.GetNumberOfBins();
+  const auto check = [&] {
+    if (attributes == nullptr && targets == nullptr) return TQStatus();
+    return CheckVariableIndices(attributes, targets, fPairStatuses) ? TQStatus()
+                                                                    : Error(kNoValidPair);
+  };
+  const auto prepare = [&] {
+    return PrepareData(records, fVarList, fCancelInfo, PassSettingsOf(fSettings), fPreparator,
+                       fDataSet);
+  };
+  const auto bin = [&] {
+    fDataSet->SetThresholdDistinct(
+        static_cast<unsigned int>(fSettings.GetNumDistinctValueThreshold()));
+    fRightBorderClosed = fSettings.IsRightBorderClosed();
+    return DoCreateBins(attributes, targets);
+  };
+  return RunCreateBins(fNumberOfBins, fCancelInfo, fStatus, check, prepare, bin,
+                       [this] { DoCancel(); });
 }
 
 bool BINAlgorithm::CheckVariableIndices(const std::vector<int>* attributes,

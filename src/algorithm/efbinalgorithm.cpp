@@ -3,9 +3,9 @@
 #include <ostream>
 
 #include "algorithm/componentversion.h"
+#include "algorithm/createbins.h"
 #include "algorithm/datapass.h"
 #include "algorithm/progresspacer.h"
-#include "algorithm/withoutthrowing.h"
 #include "common/lineend.h"
 #include "common/raise.h"
 #include "tqbinning/bindatapreparator.h"
@@ -60,29 +60,23 @@ std::ostream& EFBINAlgorithm::Display(std::ostream& os) const {
 
 TQStatus EFBINAlgorithm::CreateBins(TQCommon::RecordIterator& records,
                                     const std::vector<int>* attributeIndices) {
-  return WithoutThrowing([&] {
-    fNumberOfBins = fSettings.GetNumberOfBins();
-    if (fNumberOfBins < 1) return Error(kInvalidNumberOfBins);
-    if (attributeIndices != nullptr && !CheckVariableIndices(attributeIndices, fIndexStatuses)) {
-      return Error(kInvalidAttributeIndex);
-    }
-
-    TQStatus status;
-    if (!fCancelInfo.IsCancel()) {
-      const bool isFirstCall = fPreparator == nullptr;
-      status = PrepareData(records, fVarList, fCancelInfo, PassSettingsOf(fSettings), fPreparator,
-                           fDataSet);
-      if (status.IsError()) return status;
-      if (isFirstCall) fRightBorderClosed = fSettings.IsRightBorderClosed();  // kept for good
-      status = DoCreateBins(attributeIndices);
-    }
-    if (!fStatus.IsOK()) status = Warning(kSomeNotOK);
-    if (fCancelInfo.IsCancel()) {
-      DoCancel();
-      return fStatus;
-    }
-    return status;
-  });
+  fNumberOfBins = fSettings.GetNumberOfBins();
+  const bool isFirstCall = fPreparator == nullptr;
+  const auto check = [&] {
+    if (attributeIndices == nullptr) return TQStatus();
+    return CheckVariableIndices(attributeIndices, fIndexStatuses) ? TQStatus()
+                                                                  : Error(kInvalidAttributeIndex);
+  };
+  const auto prepare = [&] {
+    return PrepareData(records, fVarList, fCancelInfo, PassSettingsOf(fSettings), fPreparator,
+                       fDataSet);
+  };
+  const auto bin = [&] {
+    if (isFirstCall) fRightBorderClosed = fSettings.IsRightBorderClosed();  // kept for good
+    return DoCreateBins(attributeIndices);
+  };
+  return RunCreateBins(fNumberOfBins, fCancelInfo, fStatus, check, prepare, bin,
+                       [this] { DoCancel(); });
 }
 
 bool EFBINAlgorithm::CheckVariableIndices(const std::vector<int>* indices,
