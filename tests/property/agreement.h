@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "property/problemgenerator.h"
 #include "reference/reference.h"

@@ -18,8 +18,8 @@ std::uint64_t NumberOfProblems() {
   return text != nullptr ? std::stoull(text) : AGREEMENT_PROBLEMS;
 }
 
-// Two implementations written by different people from one specification, compared
-// over whole runs: every status, every stored result, every number to the last bit.
+// Two implementations written by different people, compared over whole runs: every
+// status, every stored result, every number to the last bit.
 TEST(Agreement, LibraryAndReferenceAgreeOnGeneratedProblems) {
   const std::uint64_t problems = NumberOfProblems();
   const support::ScratchDirectory directory;

@@ -6,6 +6,7 @@
 #include <limits>
 #include <set>
 #include <span>
+#include <utility>
 
 #include "property/outcomes.h"
 
