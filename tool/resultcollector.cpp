@@ -26,10 +26,9 @@ AttributeResult CollectCommon(const LibraryResult& from, const BINVarList& list)
 
 // The ends of bin `b`, whose weights are still to be filled in.
 Bin MakeBin(const std::vector<double>& cuts, std::size_t b) {
-  return {b == 0 ? -kInfinity : cuts[b - 1],
-          b == cuts.size() ? kInfinity : cuts[b],
-          TQMV::gMissingValue,
-          {}};
+  const double lower = b == 0 ? -kInfinity : cuts[b - 1];
+  const double upper = b == cuts.size() ? kInfinity : cuts[b];
+  return {lower, upper, TQMV::gMissingValue, {}};
 }
 
 }  // namespace
@@ -75,6 +74,7 @@ std::vector<std::string> CategoriesOf(const BINVarList& list) {
   const auto* const encoder =
       dynamic_cast<const BINStringEncoder*>(list.GetEncoderAt(list.GetTargetIndex()));
   std::vector<std::string> categories;
+  categories.reserve(static_cast<std::size_t>(encoder->GetNumberOfCategories()));
   for (int code = 0; code < encoder->GetNumberOfCategories(); ++code) {
     categories.push_back(encoder->Decode(code));
   }

@@ -13,7 +13,7 @@ std::string DefaultTemporaryDirectory() {
   // Only the directory is used, so another process that takes the same name first,
   // the danger that the linker warns of, does no harm.
   char buffer[L_tmpnam];  // a buffer of our own makes the call safe among threads
-  const char* const name = std::tmpnam(buffer);  // NOLINT(concurrency-mt-unsafe)
+  const char* const name = std::tmpnam(buffer);
   return DirectoryPart(name == nullptr ? "" : name);
 }
 

@@ -314,6 +314,7 @@ TQStatus BINDataPreparator::ProcessSource(TQCommon::RecordIterator& source) {
 TQStatus BINDataPreparator::ReadCases(TQCommon::RecordIterator& source) {
   CaseProgress progress(fListener, fProgressInterval);
   std::vector<double*> rows;
+  rows.reserve(At(fProcRecSize));
   for (int column = 0; column < fProcRecSize; ++column) rows.push_back(fCache.GetRowPtr(column));
   unsigned int cached = 0;  // cases in the cache
   const auto put = [&](int column, double value) { rows[At(column)][cached] = value; };

@@ -191,7 +191,7 @@ std::string BINStringEncoder::Decode(int code) const {
 void BINStringEncoder::CreateLinks() {
   fLinks.clear();
   fLinks.reserve(fCodes.size());
-  fLinks.resize(static_cast<std::size_t>(GetNumberOfCategories()), nullptr);
+  fLinks.resize(static_cast<std::size_t>(fLastCode) + 1, nullptr);
   for (const auto& [value, code] : fCodes) fLinks[static_cast<std::size_t>(code)] = &value;
 }
 
