@@ -26,8 +26,10 @@ AttributeResult CollectCommon(const LibraryResult& from, const BINVarList& list)
 
 // The ends of bin `b`, whose weights are still to be filled in.
 Bin MakeBin(const std::vector<double>& cuts, std::size_t b) {
-  const double lower = b == 0 ? -kInfinity : cuts[b - 1];
-  const double upper = b == cuts.size() ? kInfinity : cuts[b];
+  double lower = -kInfinity;
+  double upper = kInfinity;
+  if (b > 0) lower = cuts[b - 1];
+  if (b < cuts.size()) upper = cuts[b];
   return {lower, upper, TQMV::gMissingValue, {}};
 }
 

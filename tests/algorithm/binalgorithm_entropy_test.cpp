@@ -674,4 +674,19 @@ TEST(MDLPCut, ACutBehindAllRowsIsTakenOnceAndEndsTheInterval) {
   EXPECT_EQ((Cuts{2}), CutsOf({{9 * 0.05, 3 * 0.05}, {6 * 0.05, 2 * 0.05}}, kClosed));
 }
 
+// Negative weights have no entropy, but a row that has one has the class.
+TEST(Boundary, CountsANegativeWeightAsOneThatIsNotZero) {
+  EXPECT_EQ(1, FirstEvaluated({1, -0.25}, {1, 0}, {0, 0}));
+  EXPECT_EQ(1, FirstEvaluated({1, 0}, {1, -0.25}, {0, 0}));
+}
+
+// The whole, 2^53 + 1, rounds to 2^53, and would leave nothing for the right part.
+TEST(Rebuild, TheTotalOfTheRestIsTheSumOfItsClasses) {
+  const Split left = BestSplit({{k2To53, 0}, {0, 1}}, 0, 1, kClosed);
+  ASSERT_EQ(0, left.position);
+  EXPECT_EQ((Numbers{1, 0, 1}), left.right);
+  const Split right = BestSplit({{0, 1}, {0, 0}, {0, 0}, {k2To53, 0}}, 0, 3, kClosed);
+  EXPECT_EQ((Numbers{1, 0, 1}), right.left);
+}
+
 }  // namespace

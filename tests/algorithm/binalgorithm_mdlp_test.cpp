@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <set>
@@ -545,6 +546,46 @@ TEST(MDLP, AnErrorOfTheCutSearchEndsThereWhenCutsAreAlreadyGiven) {
   EXPECT_EQ((Cuts{4}), out.cuts);
   EXPECT_EQ(Numbers{}, out.cellCounts);
   EXPECT_EQ(kMissing, out.modelEntropy);
+}
+
+// Row 1 lies between 6 and 3 and is empty; the cut at 6 has it, pure, on its right.
+TEST(MDLPOverPreBins, BordersThatDoNotAscendAreTakenAsTheyStand) {
+  const Outcome out = Pair(k1To8, kFirstHalf, Numbers(8, 10.0), kClosed).Bin({6, 3});
+  EXPECT_EQ(OK(), out.status);
+  EXPECT_EQ((Cuts{6}), out.cuts);
+  EXPECT_EQ((Numbers{60, 40, 20, 20, 0, 20}), out.cellCounts);
+  EXPECT_NEAR(0.75 * 0.918295834054490, out.modelEntropy, 1e-14);
+}
+
+TEST(MDLPOverPreBins, ABorderAtTheEdgeIsTakenOutOfThoseThatWereGiven) {
+  for (const double weight : {1.0, 1.5}) {  // whole weights go another way than others
+    for (const bool closed : {kClosed, kOpen}) {
+      SCOPED_TRACE(testing::Message() << "weight " << weight << ", closed " << closed);
+      Pair pair(k1To8, kFirstHalf, Numbers(8, weight), closed);
+      OpenAlgorithm& algorithm = pair.Algorithm();
+      Numbers borders{1, 4.5, 8};
+      Outcome out;
+      EXPECT_FALSE(
+          algorithm.MDLP(algorithm.fTuples, borders, out.cuts, out.cellCounts, out.modelEntropy)
+              .IsError());
+      const auto has = [&borders](double value) {
+        return std::find(borders.begin(), borders.end(), value) != borders.end();
+      };
+      EXPECT_EQ(closed, has(1));
+      EXPECT_TRUE(has(4.5));
+      EXPECT_EQ(!closed, has(8));
+    }
+  }
+}
+
+// ------------------------------------------------- weights that are no whole numbers
+
+TEST(MDLP, FractionalWeightsAreCutBesideTheOutermostValues) {
+  const Numbers weights(4, 10.5);
+  EXPECT_EQ((Cuts{1}), Pair({1, 2, 3, 4}, {0, 1, 1, 1}, weights, kClosed).Bin().cuts);
+  EXPECT_EQ((Cuts{3}), Pair({1, 2, 3, 4}, {0, 0, 0, 1}, weights, kClosed).Bin().cuts);
+  EXPECT_EQ((Cuts{2}), Pair({1, 2, 3, 4}, {0, 1, 1, 1}, weights, kOpen).Bin().cuts);
+  EXPECT_EQ((Cuts{4}), Pair({1, 2, 3, 4}, {0, 0, 0, 1}, weights, kOpen).Bin().cuts);
 }
 
 }  // namespace

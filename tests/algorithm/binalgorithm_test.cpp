@@ -919,4 +919,37 @@ TEST(BINAlgorithm, DisplayReturnsTheStream) {
   EXPECT_EQ(&os, &run.Algorithm().Display(os));
 }
 
+// ---------------------------------------------------- a weight of a target's level
+
+class WeightIndexAlgorithm : public OpenAlgorithm {
+ public:
+  using OpenAlgorithm::OpenAlgorithm;
+  using OpenAlgorithm::fWeightIndex;
+};
+
+// A list's own weight has a level that no target has, and is refused for that.
+TEST(CheckVariableIndices, AWeightOfATargetsLevelMayBeNeitherTargetNorAttribute) {
+  BINSettings settings;
+  BINVarList list = support::VarList("xyc");
+  WeightIndexAlgorithm algorithm(settings, list);
+  algorithm.fWeightIndex = 2;
+  std::vector<TQStatus> statuses;
+  const Indices attributes{0, 2, 0};
+  const Indices targets{2, 1, 1};
+  EXPECT_TRUE(algorithm.CheckVariableIndices(&attributes, &targets, statuses));
+  EXPECT_EQ((std::vector<TQStatus>{Error(120005), Error(120005), OK()}), statuses);
+}
+
+// ------------------------------------------------------- pre-binning and missing cases
+
+// Half of the valid weight lies at 4.5; half of all weight would lie at the end.
+TEST(PreBinning, PercentilesAreOfTheValidWeight) {
+  Rows rows = CuttableRows();
+  for (int i = 0; i < 8; ++i) rows.push_back({kMissing, 0});
+  SupervisedRun run("xy", rows);
+  ASSERT_TRUE(run.settings.SetNumDistinctValueThreshold(2));
+  EXPECT_EQ(OK(), run.CreateBins());
+  EXPECT_EQ((Numbers{4.5}), run.Cuts(0, 1));
+}
+
 }  // namespace

@@ -198,5 +198,24 @@ TEST(WholeWeightRows, CountsTheClassesOfAStretchOfRows) {
   EXPECT_EQ((std::vector<double>{0.0, 0.0, 0.0}), counts);
 }
 
+TEST(WholeWeightRows, RefusesWithinBordersWhatItRefusesByValue) {
+  const double highest = std::numeric_limits<double>::max();
+  const std::vector<double> borders{-highest, 1.0, highest};
+  WholeWeightRows rows;
+  EXPECT_FALSE(rows.FillByBorders(std::vector<BINDataTuple>{{1.0, 0, 1.0}, {2.0, 1, 0.5}}, 2, true,
+                                  borders));
+  EXPECT_FALSE(rows.FillByBorders(std::vector<BINDataTuple>{{1.0, 0, 1.0}, {2.0, 1, 1.0}}, 0, true,
+                                  borders));
+}
+
+TEST(NLogN, KeepsATableThatReachesFarEnough) {
+  NLogN nLogN;
+  nLogN.Prepare(1000, 2000);
+  const std::int64_t before = nLogN(700);
+  nLogN.Prepare(10, 2000);  // alone, it would be scaled by more
+  EXPECT_EQ(before, nLogN(700));
+  EXPECT_LT(nLogN(10), before);
+}
+
 }  // namespace
 }  // namespace TQBinning

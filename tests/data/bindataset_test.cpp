@@ -849,4 +849,38 @@ TEST(GetAttribute, WithoutATargetTuplesOfEqualValueStandInTheOrderOfTheirWeights
             CasesOf(*data.Unsupervised(0), 4));
 }
 
+// ---- a threshold that no setter would take ----
+
+class ThresholdDataSet : public BINDataSet {
+ public:
+  using BINDataSet::BINDataSet;
+  using BINDataSet::fThresholdSet;
+};
+
+TEST(DistinctThreshold, OfZeroIsNotExceededEvenWhenItIsMarkedAsSet) {
+  Data data(Variables("TA"), {{0.0, 1.0}, {1.0, 2.0}});
+  ThresholdDataSet set(data.records, data.preparator);
+  ASSERT_EQ(TQStatus(), set.HandleDataFile());
+  set.fThresholdSet = true;
+  std::vector<BINDataTuple>* tuples = nullptr;
+  EXPECT_EQ(TQStatus(), set.GetAttribute(1, 0, tuples));
+  EXPECT_EQ(2u, set.GetNumberOfDistinctValues());
+  EXPECT_FALSE(set.ExceedsThreshold());
+}
+
+// ---- a variable that is not there ----
+
+// Its cases are those of the target or the weight, where there is one.
+TEST(GetAttribute, OfAVariableBeyondTheListReadsZerosForAsManyCasesAsOthersHave) {
+  testing::internal::CaptureStdout();
+  PreparedData supervised("TA", {{1.0, 5.0}, {0.0, 6.0}});
+  EXPECT_EQ((std::vector<Case>{{0.0, 1, 1.0}, {0.0, 0, 1.0}}),
+            CasesOf(*supervised.Supervised(9, 0), 2));
+  PreparedData unsupervised("A", OneFieldEach({5.0, 6.0}));
+  unsupervised.Unsupervised(9);
+  EXPECT_EQ(0u, unsupervised.set.GetNumberOfValidTuples());
+  const std::string told = "Error: file handle is NULL in BinaryRecordIterator constructor";
+  EXPECT_EQ(told + told, testing::internal::GetCapturedStdout());
+}
+
 }  // namespace

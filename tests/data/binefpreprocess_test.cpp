@@ -750,4 +750,14 @@ TEST(GetPercentile, WithoutATupleVectorReturnsTheMissingValueAndMovesNothing) {
   EXPECT_EQ(Doubles{}, frequencies);
 }
 
+// Five sixths of 18, as the percentage 5 * (100 / 6) gives it, exceed 15 by more than
+// the tolerance.  Rounded in another order they would be met by the first 15 values.
+TEST(BINEFPreProcess, PercentagesAreMultiplesOfTheRoundedShareOfOneBin) {
+  for (const bool includeUpper : {kRightClosed, kLeftClosed}) {
+    SCOPED_TRACE(includeUpper);
+    const Cuts cuts = FindCuts(6, includeUpper, OneTo(18), 18.0);
+    EXPECT_EQ((Doubles{3.5, 6.5, 9.5, 12.5, 16.0}), cuts.points);
+  }
+}
+
 }  // namespace

@@ -165,5 +165,68 @@ TEST(TupleSort, SmallWholeWeightsOfLongRunsAreOrderedAsWell) {
   ExpectSameContents(before, tuples);
 }
 
+// A long run of weights that are all below 256 is counted instead of compared.
+TEST(TupleSort, LongRunsOfNothingButSmallWholeWeightsAreOrderedAsWell) {
+  SortScratch scratch;
+  Random random(8);
+  for (const std::size_t n : {63u, 64u, 700u}) {
+    SCOPED_TRACE(n);
+    std::vector<EFBINDataTuple> tuples(n);
+    for (EFBINDataTuple& tuple : tuples) tuple = {2.5, double(random.Below(256))};
+    tuples[n / 2].weight = 255.0;
+    tuples[n / 3].weight = 0.0;
+    const std::vector<EFBINDataTuple> before = tuples;
+    SortByValue(std::span(tuples), scratch);
+    for (std::size_t i = 1; i < n; ++i) {
+      ASSERT_LE(tuples[i - 1].weight, tuples[i].weight) << "tuple " << i;
+    }
+    ExpectSameContents(before, tuples);
+  }
+}
+
+TEST(TupleSort, LongRunsOfWeightsThatCannotBeCountedAreCompared) {
+  SortScratch scratch;
+  Random random(9);
+  for (const double odd : {-1.0, 0.5, 256.0, std::numeric_limits<double>::quiet_NaN()}) {
+    SCOPED_TRACE(odd);
+    std::vector<EFBINDataTuple> tuples(100);
+    for (EFBINDataTuple& tuple : tuples) tuple = {2.5, double(random.Below(256))};
+    tuples[50].weight = odd;
+    const std::vector<EFBINDataTuple> before = tuples;
+    SortByValue(std::span(tuples), scratch);
+    for (std::size_t i = 1; i < tuples.size(); ++i) {
+      ASSERT_FALSE(Precedes(tuples[i], tuples[i - 1])) << "tuple " << i;
+    }
+    ExpectSameContents(before, tuples);
+  }
+}
+
+TEST(TupleSort, NothingButNaNStaysAsItIs) {
+  SortScratch scratch;
+  std::vector<BINDataTuple> tuples(1000);
+  for (std::size_t i = 0; i < tuples.size(); ++i) {
+    tuples[i] = {std::numeric_limits<double>::quiet_NaN(), static_cast<unsigned char>(i % 256), 1.0};
+  }
+  const std::vector<BINDataTuple> before = tuples;
+  SortByValue(std::span(tuples), scratch);
+  for (const BINDataTuple& tuple : tuples) ASSERT_TRUE(std::isnan(tuple.value));
+  ExpectSameContents(before, tuples);
+}
+
+// The two smallest values differ only in bits that the sort of the leading ones leaves
+// to the insertion.
+TEST(TupleSort, TheSmallestValueGoesToTheVeryFront) {
+  SortScratch scratch;
+  std::vector<EFBINDataTuple> tuples{{1.0 + std::ldexp(1.0, -52), 1.0}, {1.0, 1.0}};
+  for (int i = 0; i < 1000; ++i) tuples.push_back({std::ldexp(double(1000 - i), 40), 1.0});
+  const std::vector<EFBINDataTuple> before = tuples;
+  SortByValue(std::span(tuples), scratch);
+  EXPECT_EQ(1.0, tuples[0].value);
+  for (std::size_t i = 1; i < tuples.size(); ++i) {
+    ASSERT_LT(tuples[i - 1].value, tuples[i].value) << "tuple " << i;
+  }
+  ExpectSameContents(before, tuples);
+}
+
 }  // namespace
 }  // namespace TQBinning

@@ -1219,6 +1219,16 @@ TEST(ProcessSource, AVariableWithoutAColumnIsHeldToNoDeclaration) {
   for (const int column : {0, 1, 2}) EXPECT_TRUE(pass.IsValid(column)) << column;
 }
 
+TEST(ProcessSource, UserMissingValuesAreSpooledAsMissing) {
+  BINVarList variables = Variables("AA");
+  ASSERT_TRUE(variables.AddDiscreteUserMissing(0, 9.0, ""));
+  ASSERT_TRUE(variables.SetMissingInterval(0, -5.0, -1.0));
+  Pass pass(variables);
+  EXPECT_EQ(TQStatus(), pass.Run({{9.0, 9.0}, {8.0, -2.0}, {-2.0, kMissing}}));
+  EXPECT_EQ((Doubles{kMissing, 8.0, kMissing}), pass.Column(0));
+  EXPECT_EQ((Doubles{9.0, -2.0, kMissing}), pass.Column(1));
+}
+
 // Nothing could be written there either, so the search need not go on for ever.
 TEST(SetUpTempFiles, ADirectoryThatRefusesEveryNameEndsTheSearch) {
   const support::ScratchDirectory scratch;

@@ -845,3 +845,27 @@ TEST(BINCatNumEncoder, EightValuesAndLabelsFillALineAndBeginNoOther) {
 }
 
 }  // namespace
+
+// The links are private, and no way of filling an encoder leaves one out; an explicit
+// instantiation may name a private member.
+template <auto Links>
+struct LinksOf {
+  friend std::vector<const std::string*>& LinksIn(BINStringEncoder& encoder) {
+    return encoder.*Links;
+  }
+};
+template struct LinksOf<&BINStringEncoder::fLinks>;
+std::vector<const std::string*>& LinksIn(BINStringEncoder& encoder);
+
+TEST(BINStringEncoder, ACodeWithoutALinkIsShownAsAnError) {
+  BINStringEncoder encoder(std::vector<std::string>{"a", "b", "c"});
+  LinksIn(encoder)[1] = nullptr;
+  EXPECT_EQ(
+      "\tBINStringEncoder object:  Last code = 2\n"
+      "\t\t0\t\ta\n"
+      "\t\t1\t\tERROR\n"
+      "\t\t2\t\tc\n",
+      metadata::Shown(encoder));
+  encoder.CreateLinks();
+  EXPECT_EQ("b", encoder.Decode(1));
+}

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "metadata/datatype.h"
 #include "metadata/vocabulary.h"
 #include "tqcommon/missingvalue.h"
 
@@ -375,6 +376,19 @@ TEST(BINStringUserMissing, TheDumpEndsInAFlushAndReturnsItsStream) {
   EXPECT_EQ(Shown(missing), ShownWhenFlushedLast(missing));
   std::ostringstream os;
   EXPECT_EQ(&os, &missing.Display(os));
+}
+
+// ---- a definition as what its data type says it is ----
+
+TEST(DataType, ADefinitionOfTheOtherTypeIsNone) {
+  const std::unique_ptr<BINNumericUserMissing> numeric = NumericMissing({9.0});
+  const std::unique_ptr<BINStringUserMissing> string = StringMissing({"x"});
+  EXPECT_EQ(numeric.get(), TQBinning::AsNumeric(numeric.get()));
+  EXPECT_EQ(string.get(), TQBinning::AsString(string.get()));
+  EXPECT_EQ(nullptr, TQBinning::AsNumeric(string.get()));
+  EXPECT_EQ(nullptr, TQBinning::AsString(numeric.get()));
+  EXPECT_EQ(nullptr, TQBinning::AsNumeric(nullptr));
+  EXPECT_EQ(nullptr, TQBinning::AsString(nullptr));
 }
 
 }  // namespace
