@@ -21,14 +21,19 @@
 namespace TQTool {
 namespace {
 
-std::atomic<const char*> gLivePath{nullptr};  // for the signal handler
-static_assert(std::atomic<const char*>::is_always_lock_free, "used in a signal handler");
+// For the signal handler.
+std::atomic<const char*> gLivePath{nullptr};
+std::atomic<int> gLiveDirectory{-1};
+static_assert(std::atomic<const char*>::is_always_lock_free &&
+                  std::atomic<int>::is_always_lock_free,
+              "used in a signal handler");
 
-// Removes what one look into the directory shows; whether it removed anything.
+// Removes what one look through the directory shows; whether it removed anything.
 // Plain system calls throughout: opendir and its kin allocate memory, which a
 // signal handler must not.
 bool RemoveEntries(int directory) {
   bool removedAny = false;
+  lseek(directory, 0, SEEK_SET);
   alignas(dirent64) std::array<char, 4096> entries;
   for (;;) {
     const long size = syscall(SYS_getdents64, directory, entries.data(), entries.size());
@@ -41,16 +46,13 @@ bool RemoveEntries(int directory) {
   }
 }
 
-// Removes a directory and the files in it; false when something is left.
-bool RemoveDirectory(const char* path) {
+// Removes a directory, which is open as `directory`, and the files in it; false when
+// something is left.
+bool RemoveDirectory(const char* path, int directory) {
   for (;;) {
     if (rmdir(path) == 0) return true;
     if (errno != ENOTEMPTY && errno != EEXIST) return errno == ENOENT;
-    const int directory = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW);
-    if (directory < 0) return false;
-    const bool removedAny = RemoveEntries(directory);
-    close(directory);
-    if (!removedAny) return false;
+    if (!RemoveEntries(directory)) return false;
   }
 }
 
@@ -60,20 +62,26 @@ PrivateDirectory::PrivateDirectory(const std::string& base) {
   std::error_code ignored;  // a path that cannot be made absolute is tried as it is
   const std::filesystem::path absolute = std::filesystem::absolute(base, ignored);
   fPath = (absolute / "tqbin-XXXXXX").string();
-  if (mkdtemp(fPath.data()) == nullptr) {
+  if (mkdtemp(fPath.data()) != nullptr) {
+    fDirectory = open(fPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW);
+    if (fDirectory < 0) rmdir(fPath.c_str());
+  }
+  if (fDirectory < 0) {
     throw ToolError(kFileSystem,
                     fmt::format("no private directory can be made below {}: {}; name another "
                                 "directory with --temp-dir or TMPDIR",
                                 Quoted(base), std::strerror(errno)));
   }
+  gLiveDirectory = fDirectory;
   gLivePath = fPath.c_str();
 }
 
 PrivateDirectory::~PrivateDirectory() {
   gLivePath = nullptr;
-  if (!RemoveDirectory(fPath.c_str())) {
+  if (!RemoveDirectory(fPath.c_str(), fDirectory)) {
     fmt::print(stderr, "tqbin: note: {} could not be removed: {}\n", fPath, std::strerror(errno));
   }
+  close(fDirectory);
 }
 
 std::vector<std::uintmax_t> PrivateDirectory::GetFileSizes() const {
@@ -92,7 +100,7 @@ std::string PrivateDirectory::DefaultBase() {
 
 void PrivateDirectory::RemoveFromSignalHandler() {
   const char* const path = gLivePath;
-  if (path != nullptr) RemoveDirectory(path);
+  if (path != nullptr) RemoveDirectory(path, gLiveDirectory);
 }
 
 }  // namespace TQTool

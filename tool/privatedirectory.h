@@ -30,6 +30,7 @@ class PrivateDirectory {
 
  private:
   std::string fPath;
+  int fDirectory = -1;  // open, so that clearing up never lacks a file descriptor
 };
 
 }  // namespace TQTool

@@ -1,0 +1,1 @@
+// Empty: the target that compiles the test framework's headers needs a source.
