@@ -1,7 +1,8 @@
 # What every target of this project has in common: C++20, hidden symbols, warnings
 # as errors, bit-exact arithmetic, and the sanitizers or coverage asked for.
 
-set(TQBINNING_WARNINGS -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+set(TQBINNING_WARNINGS -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+  $<$<CXX_COMPILER_ID:Clang>:-Wreserved-identifier>)
 
 function(tq_set_target_defaults target)
   target_compile_features(${target} PRIVATE cxx_std_20)
@@ -31,6 +32,16 @@ function(tq_set_test_defaults target)
   tq_set_target_defaults(${target})
   target_compile_options(${target} PRIVATE -O0)
   target_precompile_headers(${target} REUSE_FROM test_framework)
+endfunction()
+
+# The tests of a program one by one; all in one process with a sanitizer, whose start
+# takes longer than most tests.
+function(tq_register_tests program)
+  if(TQBINNING_SANITIZE)
+    add_test(NAME ${program} COMMAND ${program})
+  else()
+    gtest_discover_tests(${program} DISCOVERY_TIMEOUT 60)
+  endif()
 endfunction()
 
 # Keeps the standard library's template instances out of a shared library's exports.
