@@ -9,8 +9,8 @@
 
 #include <fmt/format.h>
 
-#include "plaintext.h"
-#include "toolerror.h"
+#include "base/plaintext.h"
+#include "base/toolerror.h"
 
 namespace TQTool {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "plaintext.h"
+#include "base/plaintext.h"
 
 namespace TQTool {
 namespace {

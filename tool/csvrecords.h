@@ -9,9 +9,9 @@
 #include <tqbinning/tqbinning.h>
 #include <tqcommon/tqcommon.h>
 
-#include "columns.h"
 #include "csvtable.h"
 #include "numbertext.h"
+#include "run/columns.h"
 
 namespace TQTool {
 

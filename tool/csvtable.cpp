@@ -5,9 +5,9 @@
 
 #include <fmt/format.h>
 
-#include "nearestname.h"
+#include "base/nearestname.h"
+#include "base/plaintext.h"
 #include "numbertext.h"
-#include "plaintext.h"
 
 namespace TQTool {
 namespace {

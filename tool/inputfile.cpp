@@ -9,9 +9,9 @@
 
 #include <fmt/format.h>
 
-#include "plaintext.h"
-#include "signals.h"
-#include "toolerror.h"
+#include "base/plaintext.h"
+#include "base/signals.h"
+#include "base/toolerror.h"
 
 namespace TQTool {
 namespace {

@@ -11,13 +11,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "binningrun.h"
-#include "jsonwriter.h"
-#include "options.h"
-#include "outputguard.h"
-#include "signals.h"
-#include "tablewriter.h"
-#include "toolerror.h"
+#include "base/signals.h"
+#include "base/toolerror.h"
+#include "cli/options.h"
+#include "output/jsonwriter.h"
+#include "output/outputguard.h"
+#include "output/tablewriter.h"
+#include "run/binningrun.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "base/toolerror.h"
 #include "csvreader.h"
-#include "toolerror.h"
 
 namespace TQTool {
 

@@ -4,7 +4,7 @@
 
 #include <limits>
 
-#include "runresult.h"
+#include "run/runresult.h"
 
 namespace TQTool {
 

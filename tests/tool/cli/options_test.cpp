@@ -1,0 +1,220 @@
+#include "cli/options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "numbertext.h"
+#include "tooltesting.h"
+
+namespace TQTool {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::optional<Options> Parse(std::vector<std::string> arguments, std::string* answer) {
+  arguments.insert(arguments.begin(), "tqbin");
+  std::vector<const char*> argv;
+  for (const std::string& argument : arguments) argv.push_back(argument.c_str());
+  return ParseOptions(static_cast<int>(argv.size()), argv.data(), answer);
+}
+
+// The options of a supervised run on f.csv with further arguments.
+Options Supervised(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), {"supervised", "f.csv", "--target", "t"});
+  std::string answer;
+  return Parse(arguments, &answer).value();
+}
+
+std::string ErrorOfArguments(const std::vector<std::string>& arguments) {
+  return ErrorOf([&arguments] {
+    std::string answer;
+    Parse(arguments, &answer);
+  });
+}
+
+std::string ErrorOfSupervised(const std::vector<std::string>& arguments) {
+  return ErrorOf([&arguments] { Supervised(arguments); });
+}
+
+TEST(Options, DefaultsOfASupervisedRun) {
+  const Options options = Supervised({});
+  EXPECT_EQ(Method::kSupervised, options.method);
+  EXPECT_EQ("f.csv", options.file);
+  EXPECT_EQ("t", options.target);
+  EXPECT_THAT(options.attributes, ElementsAre());
+  EXPECT_EQ("", options.weight);
+  EXPECT_EQ("closest", options.weightRounding);
+  EXPECT_EQ(MissingTokens::Default(), options.missingTokens);
+  EXPECT_EQ(',', options.delimiter);
+  EXPECT_EQ(0, options.prebinThreshold);
+  EXPECT_EQ(1000, options.prebinBins);
+  EXPECT_EQ(0.0, options.minBinFactor);
+  EXPECT_TRUE(options.isRightClosed);
+  EXPECT_EQ("", options.tempDir);
+  EXPECT_EQ(OutputFormat::kTable, options.format);
+}
+
+TEST(Options, AliasesNameTheMethods) {
+  std::string answer;
+  EXPECT_EQ(Method::kSupervised, Parse({"mdlp", "-", "-t", "x"}, &answer)->method);
+  const std::optional<Options> options = Parse({"ef", "f", "-b", "5"}, &answer);
+  EXPECT_EQ(Method::kEqualFrequency, options->method);
+  EXPECT_EQ(5, options->bins);
+}
+
+TEST(Options, EveryOptionArrives) {
+  const Options options = Supervised({"-a",
+                                      "x,y",
+                                      "--attribute=z",
+                                      "-w",
+                                      "n",
+                                      "--weight-rounding",
+                                      "down",
+                                      "--closed",
+                                      "left",
+                                      "--prebin-threshold",
+                                      "50",
+                                      "--prebin-bins",
+                                      "20",
+                                      "--min-bin-factor",
+                                      "0.25",
+                                      "--delimiter",
+                                      ";",
+                                      "--temp-dir",
+                                      "/d",
+                                      "--format",
+                                      "json"});
+  EXPECT_THAT(options.attributes, ElementsAre("x,y", "z"));
+  EXPECT_EQ("n", options.weight);
+  EXPECT_EQ("down", options.weightRounding);
+  EXPECT_FALSE(options.isRightClosed);
+  EXPECT_EQ(50, options.prebinThreshold);
+  EXPECT_EQ(20, options.prebinBins);
+  EXPECT_EQ(0.25, options.minBinFactor);
+  EXPECT_EQ(';', options.delimiter);
+  EXPECT_EQ("/d", options.tempDir);
+  EXPECT_EQ(OutputFormat::kJson, options.format);
+}
+
+TEST(Options, RepeatedOptionsDoNotSwallowTheFile) {
+  std::string answer;
+  const auto options = Parse({"mdlp", "-t", "x", "-a", "y", "--missing-token", "z", "f"}, &answer);
+  EXPECT_EQ("f", options->file);
+}
+
+TEST(Options, TabIsADelimiter) {
+  EXPECT_EQ('\t', Supervised({"--delimiter", "tab"}).delimiter);
+  EXPECT_EQ('\t', Supervised({"--delimiter", "\\t"}).delimiter);
+  EXPECT_EQ('\t', Supervised({"--delimiter", "\t"}).delimiter);
+  for (const char* const delimiter : {"", "ab", "\"", "\n", "\r"}) {
+    EXPECT_THAT(ErrorOfSupervised({std::string("--delimiter=") + delimiter}),
+                StartsWith("2: --delimiter: "));
+  }
+}
+
+TEST(Options, MissingTokensReplaceTheDefaultAndMayBeEmpty) {
+  EXPECT_THAT(Supervised({"--missing-token=-9", "--missing-token", "x"}).missingTokens,
+              ElementsAre("-9", "x"));
+  EXPECT_THAT(Supervised({"--missing-token", ""}).missingTokens, ElementsAre(""));
+}
+
+TEST(Options, UserMissingValuesAddUpPerColumn) {
+  const Options options = Supervised(
+      {"--user-missing", "a=9, 99", "--user-missing", "b=c=-1", "--user-missing", "a=90..95,7"});
+  ASSERT_EQ(2U, options.userMissing.size());
+  EXPECT_EQ("a", options.userMissing[0].column);
+  EXPECT_THAT(options.userMissing[0].numbers, ElementsAre(9.0, 99.0, 7.0));
+  EXPECT_EQ(BINNumericInterval(90.0, 95.0), options.userMissing[0].range);
+  EXPECT_EQ("b=c", options.userMissing[1].column);
+  EXPECT_THAT(options.userMissing[1].numbers, ElementsAre(-1.0));
+  EXPECT_EQ(std::nullopt, options.userMissing[1].range);
+}
+
+TEST(Options, UserMissingRangesMayBeOpen) {
+  const Options options = Supervised({"--user-missing", "a=..0", "--user-missing", "b=1.5.."});
+  EXPECT_EQ(BINNumericInterval(0.0, true), options.userMissing[0].range);
+  EXPECT_EQ(BINNumericInterval(1.5, false), options.userMissing[1].range);
+}
+
+TEST(Options, UserMissingValuesOfTheTargetAreTexts) {
+  const Options options = Supervised({"--user-missing", "t=don't know,1..2"});
+  EXPECT_THAT(options.userMissing[0].texts, ElementsAre("don't know", "1..2"));
+  EXPECT_THAT(options.userMissing[0].numbers, ElementsAre());
+}
+
+TEST(Options, BadUserMissingValuesAreRefused) {
+  for (const char* const text : {"a", "=9", "a=", "a=x", "a=9,", "a=..", "a=5..1", "a=1..x",
+                                 "a=1..2,3..4", "a=inf", "a=0x10"}) {
+    EXPECT_THAT(ErrorOfSupervised({"--user-missing", text}), StartsWith("2: --user-missing: "))
+        << text;
+  }
+  EXPECT_THAT(ErrorOfSupervised({"--user-missing", "a=1..2", "--user-missing", "a=3.."}),
+              HasSubstr("more than one range"));
+}
+
+TEST(Options, BadValuesAreRefused) {
+  const std::vector<std::vector<std::string>> all = {
+      {"--closed", "middle"},        {"--weight-rounding", "up", "-w", "x"},
+      {"--format", "xml"},           {"--prebin-threshold", "-1"},
+      {"--prebin-threshold", "1.5"}, {"--prebin-bins", "1", "--prebin-threshold", "5"},
+      {"--min-bin-factor", "1.1"},   {"--min-bin-factor", "-0.1"},
+      {"--min-bin-factor", "nan"},   {"--min-bin-factor", "x"}};
+  for (const std::vector<std::string>& arguments : all) {
+    EXPECT_THAT(ErrorOfSupervised(arguments), StartsWith("2: --" + arguments[0].substr(2)))
+        << arguments[0];
+  }
+  for (const char* const bins : {"1", "0", "-3", "x", "1000001", "99999999999"}) {
+    EXPECT_THAT(ErrorOfArguments({"ef", "f", std::string("--bins=") + bins}),
+                StartsWith("2: --bins: "))
+        << bins;
+  }
+}
+
+TEST(Options, OptionsWithoutEffectAreRefused) {
+  EXPECT_EQ("2: --prebin-bins requires --prebin-threshold; see tqbin supervised --help",
+            ErrorOfSupervised({"--prebin-bins", "5"}));
+  EXPECT_EQ("2: --weight-rounding requires --weight; see tqbin supervised --help",
+            ErrorOfSupervised({"--weight-rounding", "down"}));
+  EXPECT_THAT(ErrorOfArguments({"ef", "f", "-b", "2", "--target", "t"}),
+              StartsWith("2: '--target' was not expected"));
+}
+
+TEST(Options, WhatIsMissingIsNamed) {
+  EXPECT_THAT(ErrorOfArguments({}), StartsWith("2: no method is named;"));
+  EXPECT_THAT(ErrorOfArguments({"mdlp", "f"}), StartsWith("2: --target is required"));
+  EXPECT_THAT(ErrorOfArguments({"mdlp", "-t", "x"}), StartsWith("2: FILE is required"));
+  EXPECT_THAT(ErrorOfArguments({"ef", "f"}), StartsWith("2: --bins is required"));
+  EXPECT_THAT(ErrorOfArguments({"mdlp", "", "-t", "x"}), StartsWith("2: FILE is empty"));
+}
+
+TEST(Options, MistypedNamesComeWithASuggestion) {
+  EXPECT_THAT(ErrorOfArguments({"supervisd", "f"}), HasSubstr("did you mean supervised?"));
+  EXPECT_THAT(ErrorOfSupervised({"--atribute", "x"}), HasSubstr("did you mean --attribute?"));
+}
+
+TEST(Options, HelpAndVersionAreAnswers) {
+  std::string answer;
+  EXPECT_FALSE(Parse({"--help"}, &answer).has_value());
+  EXPECT_THAT(answer, StartsWith("Examples:\n  tqbin supervised"));
+  EXPECT_FALSE(Parse({"ef", "-h"}, &answer).has_value());
+  EXPECT_THAT(answer, HasSubstr("--bins N"));
+  EXPECT_FALSE(Parse({"--version"}, &answer).has_value());
+  EXPECT_THAT(answer, testing::MatchesRegex("tqbin [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST(Options, HelpFitsATerminal) {
+  for (const char* const method : {"supervised", "equal-frequency"}) {
+    std::string answer;
+    Parse({method, "--help"}, &answer);
+    std::istringstream lines(answer);
+    for (std::string line; std::getline(lines, line);) {
+      EXPECT_LE(line.size(), 80U) << line;
+      EXPECT_FALSE(line.ends_with(' ')) << line;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace TQTool

@@ -1,0 +1,67 @@
+#include "run/arrivalcheck.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tooltesting.h"
+#include "writertesting.h"
+
+namespace TQTool {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// The small result, with the numbers that were fed for it.
+RunResult ArrivedResult() {
+  RunResult result = SmallResult();
+  result.fed.attributes = {{10.0, -0.1, 1e6}};
+  return result;
+}
+
+std::string ErrorIn(const RunResult& result) {
+  return ErrorOf([&result] { CheckArrival(result); });
+}
+
+TEST(CheckArrival, AcceptsWhatWasFed) { EXPECT_EQ("none", ErrorIn(ArrivedResult())); }
+
+TEST(CheckArrival, EveryNumberCounts) {
+  const auto expectLost = [](const auto& change) {
+    RunResult result = ArrivedResult();
+    change(result);
+    EXPECT_THAT(ErrorIn(result), StartsWith("4: column 'income' lost cases on the way:"));
+  };
+  expectLost([](RunResult& result) { result.fed.weight = 13.0; });
+  expectLost([](RunResult& result) { result.fed.attributes[0].validWeight = 11.0; });
+  expectLost([](RunResult& result) { result.fed.attributes[0].minimum = 0.0; });
+  expectLost([](RunResult& result) { result.fed.attributes[0].maximum = 0.0; });
+}
+
+TEST(CheckArrival, ColumnThatEndedInAnErrorHasNoNumbers) {
+  RunResult result = ArrivedResult();
+  result.attributes[0].status = TQBinning::TQStatus(3, false);
+  result.attributes[0].bins.clear();
+  result.attributes[0].weight = 0.0;
+  EXPECT_EQ("none", ErrorIn(result));
+}
+
+TEST(CheckArrival, BinsThatDoNotAddUpAreNoted) {
+  RunResult result = ArrivedResult();
+  result.attributes[0].bins.pop_back();
+  testing::internal::CaptureStderr();
+  EXPECT_EQ("none", ErrorIn(result));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+              HasSubstr("the bins of column 'income' hold weight 7 of 10:"));
+}
+
+TEST(CheckFileSizes, EveryVariableNeedsAWholeFile) {
+  EXPECT_EQ("none", ErrorOf([] { CheckFileSizes({24, 24}, 3, 2); }));
+  EXPECT_EQ("none", ErrorOf([] { CheckFileSizes({24, 7, 24}, 3, 2); }));
+  for (const std::vector<std::uintmax_t>& sizes :
+       {std::vector<std::uintmax_t>{24}, {24, 16}, {24, 32}, {}}) {
+    EXPECT_THAT(ErrorOf([&sizes] { CheckFileSizes(sizes, 3, 2); }), StartsWith("4: only "));
+  }
+}
+
+}  // namespace
+}  // namespace TQTool

@@ -1,0 +1,15 @@
+#include "base/notes.h"
+
+#include <cstdio>
+
+#include <fmt/format.h>
+
+namespace TQTool {
+
+void PrintNote(const std::string& note) {
+  // Put together first, so that it reaches the (unbuffered) stream in one piece.
+  const std::string line = fmt::format("tqbin: note: {}\n", note);
+  std::fputs(line.c_str(), stderr);
+}
+
+}  // namespace TQTool

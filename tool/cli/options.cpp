@@ -1,0 +1,224 @@
+#include "cli/options.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include "base/nearestname.h"
+#include "base/plaintext.h"
+#include "base/toolerror.h"
+#include "base/version.h"
+#include "cli/helpformatter.h"
+#include "numbertext.h"
+
+namespace TQTool {
+namespace {
+
+constexpr int kMaxBins = 1000000;  // more than anybody reads
+constexpr int kMaxInt = std::numeric_limits<int>::max();
+
+// What the command line holds before it is looked at more closely.
+struct RawOptions {
+  std::vector<std::string> userMissing;
+  std::string delimiter = ",";
+  std::string closed = "right";
+  std::string format = "table";
+};
+
+[[noreturn]] void Refuse(const std::string& message) { throw ToolError(kUsage, message); }
+
+// What is wrong with the text of a factor; nothing when it is a number from 0 to 1.
+std::string CheckFactor(const std::string& text) {
+  double factor = 0.0;
+  const bool isNumber = ReadNumber(text, &factor) == NumberText::kNumber;
+  if (isNumber && factor >= 0.0 && factor <= 1.0) return "";
+  return fmt::format("{} is no number from 0 to 1", Quoted(text));
+}
+
+void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
+  command.add_option("FILE", options.file, "CSV file with a header line, or - for standard input")
+      ->required()
+      ->type_name("");
+  command
+      .add_option("-a,--attribute", options.attributes,
+                  "column to bin; repeat it, or give a comma list (default: every column whose "
+                  "first rows hold numbers, but target and weight)")
+      ->allow_extra_args(false)
+      ->type_name("COLUMN");
+  CLI::Option* const weight =
+      command
+          .add_option("-w,--weight", options.weight,
+                      "frequency weight: a row counts this often; a row whose weight is missing "
+                      "or not above zero is left out")
+          ->type_name("COLUMN");
+  command
+      .add_option("--weight-rounding", options.weightRounding,
+                  "how weights are made whole: closest (default), down or none")
+      ->check(CLI::IsMember({"closest", "down", "none"}).description(""))
+      ->needs(weight)
+      ->type_name("RULE");
+  command
+      .add_option("--closed", raw.closed,
+                  "the side on which a bin contains its cut point: right (default) or left")
+      ->check(CLI::IsMember({"right", "left"}).description(""))
+      ->type_name("SIDE");
+  command
+      .add_option("--user-missing", raw.userMissing,
+                  "values of one column to take for missing: COL=9,99 or a range COL=90..99, "
+                  "COL=..0, COL=90.. (ends included); may be repeated")
+      ->allow_extra_args(false)
+      ->type_name("COL=VALUES");
+  command
+      .add_option("--missing-token", options.missingTokens,
+                  "text that stands for a missing value in every column; may be repeated, and "
+                  "then replaces the default: '' (an empty field), NA, N/A, NaN, nan, NULL, null, "
+                  "? and .")
+      ->allow_extra_args(false)
+      ->type_name("TEXT");
+  command.add_option("--delimiter", raw.delimiter, "one character, or tab (default: comma)")
+      ->type_name("CHAR");
+  command
+      .add_option("--temp-dir", options.tempDir,
+                  "where the run's private temporary directory is made (default: TMPDIR, or "
+                  "/tmp); needs 8 bytes per row and column used")
+      ->type_name("DIR");
+  command.add_option("--format", raw.format, "table (default) or json")
+      ->check(CLI::IsMember({"table", "json"}).description(""))
+      ->type_name("FORMAT");
+}
+
+void AddSupervisedOptions(CLI::App& command, Options& options) {
+  command
+      .add_option("-t,--target", options.target,
+                  "the column whose categories (2 to 256) the bins are to separate")
+      ->required()
+      ->type_name("COLUMN");
+  CLI::Option* const threshold =
+      command
+          .add_option("--prebin-threshold", options.prebinThreshold,
+                      "first cut a column of more than N distinct values into equal-frequency "
+                      "bins, for speed (default: 0, never)")
+          ->check(CLI::Range(0, kMaxInt).description(""))
+          ->type_name("N");
+  command
+      .add_option(
+          "--prebin-bins", options.prebinBins,
+          fmt::format("how many equal-frequency bins that makes (default: {})", options.prebinBins))
+      ->check(CLI::Range(2, kMaxBins).description(""))
+      ->needs(threshold)
+      ->type_name("N");
+  command
+      .add_option("--min-bin-factor", options.minBinFactor,
+                  "merge an inner bin that weighs less than F times its lighter neighbour, F "
+                  "from 0 to 1 (default: 0, never)")
+      ->check(CheckFactor)
+      ->type_name("F");
+}
+
+void AddEqualFrequencyOptions(CLI::App& command, Options& options) {
+  command
+      .add_option("-b,--bins", options.bins,
+                  "how many bins; fewer come out where equal values would have to be parted")
+      ->required()
+      ->check(CLI::Range(2, kMaxBins).description(""))
+      ->type_name("N");
+}
+
+// One character that can stand between fields.
+char ParseDelimiter(const std::string& text) {
+  if (text == "tab" || text == "\\t") return '\t';
+  if (text.size() != 1 || text == "\"" || text == "\n" || text == "\r") {
+    Refuse(
+        fmt::format("--delimiter: {} is no delimiter; expected one character other than a "
+                    "quote or a line end, or tab",
+                    Quoted(text)));
+  }
+  return text.front();
+}
+
+// Turns the raw texts into what they mean; throws for what they cannot mean.
+void Interpret(const RawOptions& raw, Options& options) {
+  if (options.file.empty()) Refuse("FILE is empty; expected a path, or - for standard input");
+  options.delimiter = ParseDelimiter(raw.delimiter);
+  options.isRightClosed = raw.closed == "right";
+  options.format = raw.format == "json" ? OutputFormat::kJson : OutputFormat::kTable;
+  if (options.missingTokens.empty()) options.missingTokens = MissingTokens::Default();
+  for (const std::string& option : raw.userMissing) {
+    AddUserMissing(option, options.target, options.userMissing);
+  }
+}
+
+// "; did you mean ...?" for what resembles a name of the command, else nothing.
+std::string Suggestion(const std::string& wanted, const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CLI::Option* const option : command.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  for (const CLI::App* const child : command.get_subcommands(nullptr)) {
+    names.push_back(child->get_name());
+  }
+  const std::string* const nearest = NearestName(wanted, names);
+  return nearest == nullptr ? "" : fmt::format("; did you mean {}?", *nearest);
+}
+
+// Turns what the parser has to complain about into a message of ours.
+[[noreturn]] void RefuseCommandLine(const CLI::ParseError& error, const CLI::App& app) {
+  const std::vector<CLI::App*> chosen = app.get_subcommands();
+  const CLI::App& command = chosen.empty() ? app : *chosen.front();
+  const std::string help =
+      chosen.empty() ? "tqbin --help" : fmt::format("tqbin {} --help", command.get_name());
+  const std::vector<std::string> surplus = app.remaining(true);
+  std::string message = error.what();
+  if (!surplus.empty()) {
+    message = fmt::format("{} was not expected{}", Quoted(surplus.front()),
+                          Suggestion(surplus.front(), command));
+  } else if (chosen.empty()) {
+    message = "no method is named; expected supervised or equal-frequency";
+  }
+  std::replace(message.begin(), message.end(), '\n', ' ');
+  Refuse(fmt::format("{}; see {}", message, help));
+}
+
+}  // namespace
+
+std::optional<Options> ParseOptions(int argc, const char* const* argv, std::string* answer) {
+  Options options;
+  RawOptions raw;
+  CLI::App app("Cuts numeric columns of a CSV file into bins.", "tqbin");
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.footer(kHelpFooter);
+  app.set_help_flag("-h,--help", "this help; of a method after its name");
+  app.set_version_flag("--version", fmt::format("tqbin {}", kVersion), "the tool's version");
+  app.require_subcommand(1);
+
+  CLI::App* const supervised = app.add_subcommand(
+      "supervised", "Bins that separate the categories of a target: splits of least entropy.");
+  supervised->alias("mdlp");
+  AddSupervisedOptions(*supervised, options);
+  AddCommonOptions(*supervised, options, raw);
+  CLI::App* const equalFrequency = app.add_subcommand(
+      "equal-frequency", "Bins that hold about equal numbers of rows, or equal weight.");
+  equalFrequency->alias("ef");
+  AddEqualFrequencyOptions(*equalFrequency, options);
+  AddCommonOptions(*equalFrequency, options, raw);
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    *answer = app.help();
+    return std::nullopt;
+  } catch (const CLI::CallForVersion& version) {
+    *answer = std::string(version.what()) + "\n";
+    return std::nullopt;
+  } catch (const CLI::ParseError& error) {
+    RefuseCommandLine(error, app);
+  }
+  options.method = equalFrequency->parsed() ? Method::kEqualFrequency : Method::kSupervised;
+  Interpret(raw, options);
+  return options;
+}
+
+}  // namespace TQTool

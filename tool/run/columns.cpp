@@ -1,0 +1,199 @@
+#include "run/columns.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <fmt/format.h>
+
+#include "base/notes.h"
+#include "base/plaintext.h"
+#include "base/toolerror.h"
+
+namespace TQTool {
+namespace {
+
+// How much is looked at to find the numeric columns.
+constexpr std::size_t kSampleRows = 1000;
+constexpr std::size_t kSampleBytes = std::size_t{1} << 20;
+
+constexpr int kMaxCategories = 256;  // the codes that the library takes are 0 to 255
+constexpr std::size_t kMaxNamesInNote = 5;
+
+// What the first rows say about one column.
+struct Evidence {
+  bool hasNumber = false;
+  std::string text;  // the first field that is no number
+  std::uint64_t textLine = 0;
+};
+
+void Look(std::string_view field, std::uint64_t line, const MissingTokens& missing,
+          Evidence& evidence) {
+  if (evidence.textLine != 0 || missing.Contains(field)) return;
+  double number = 0.0;
+  if (ReadNumber(field, &number) != NumberText::kNotNumber) {
+    evidence.hasNumber = true;
+  } else {
+    evidence.text = field;
+    evidence.textLine = line;
+  }
+}
+
+// Looks at the first `maxRows` rows and goes back to the first one.
+std::vector<Evidence> LookAtFirstRows(CsvTable& table, const MissingTokens& missing,
+                                      std::size_t maxRows) {
+  std::vector<Evidence> evidence(table.GetNames().size());
+  table.Mark();
+  std::size_t rows = 0;
+  while (rows < maxRows && table.GetMarkedSize() < kSampleBytes && table.NextRow()) {
+    for (std::size_t i = 0; i < evidence.size(); ++i) {
+      Look(table.GetField(i), table.GetLine(), missing, evidence[i]);
+    }
+    ++rows;
+  }
+  table.Rewind();
+  if (rows == 0) {
+    table.FailAtHeader(
+        "no row follows the header line; expected at least one; check the file, "
+        "or the command that feeds standard input");
+  }
+  return evidence;
+}
+
+// Says which columns are left out for one reason.
+void NoteSkipped(const std::vector<std::string>& columns, std::string_view reason) {
+  if (columns.empty()) return;
+  const std::size_t shown = std::min(columns.size(), kMaxNamesInNote);
+  const auto end = columns.begin() + static_cast<std::ptrdiff_t>(shown);
+  std::string list = fmt::format("{}", fmt::join(columns.begin(), end, ", "));
+  if (shown < columns.size()) list += fmt::format(" and {} more", columns.size() - shown);
+  PrintNote(fmt::format("skipped {} column{} {}: {}", columns.size(),
+                        columns.size() == 1 ? "" : "s", reason, list));
+}
+
+std::vector<std::size_t> ChooseNumericColumns(const CsvTable& table, const Columns& columns,
+                                              const std::vector<Evidence>& evidence) {
+  std::vector<std::size_t> chosen;
+  std::vector<std::string> unnamed;
+  std::vector<std::string> withText;
+  std::vector<std::string> empty;
+  for (std::size_t i = 0; i < evidence.size(); ++i) {
+    const std::string& name = table.GetNames()[i];
+    if (i == columns.target || i == columns.weight) continue;
+    if (name.empty()) {
+      unnamed.push_back(fmt::format("column {}", i + 1));
+    } else if (evidence[i].textLine != 0) {
+      withText.push_back(fmt::format("{} ({} in line {})", Printable(name),
+                                     Quoted(evidence[i].text), evidence[i].textLine));
+    } else if (!evidence[i].hasNumber) {
+      empty.push_back(Printable(name));
+    } else {
+      chosen.push_back(i);
+    }
+  }
+  NoteSkipped(unnamed, "without a name in the header");
+  NoteSkipped(withText, "because of text");
+  NoteSkipped(empty, "with nothing but missing values in the first rows");
+  if (chosen.empty()) {
+    table.FailAtHeader(
+        "no column can be binned; expected a column that holds numbers, besides "
+        "target and weight; name one with --attribute, or another --delimiter or "
+        "--missing-token");
+  }
+  return chosen;
+}
+
+[[noreturn]] void RefuseRole(std::string_view option, std::string_view name,
+                             std::string_view role) {
+  throw ToolError(kUsage, fmt::format("--{}: {} is the {} already; expected another column", option,
+                                      Quoted(name), role));
+}
+
+// The columns of --attribute.  An argument that is a column's whole name is that
+// column, so that a name may hold commas; any other one is a comma list.
+std::vector<std::size_t> FindAttributes(const CsvTable& table, const Options& options) {
+  std::vector<std::size_t> found;
+  const auto add = [&found](std::size_t column) {
+    if (std::find(found.begin(), found.end(), column) == found.end()) found.push_back(column);
+  };
+  for (const std::string& argument : options.attributes) {
+    if (const auto column = table.FindColumn(argument)) {
+      add(*column);
+      continue;
+    }
+    for (std::string_view rest = argument;;) {
+      const std::size_t comma = rest.find(',');
+      add(table.GetColumn(TrimBlanks(rest.substr(0, comma))));
+      if (comma == std::string_view::npos) break;
+      rest.remove_prefix(comma + 1);
+    }
+  }
+  return found;
+}
+
+void AddUserMissing(const UserMissing& definition, int index, BINVarList& list) {
+  for (const double number : definition.numbers) list.AddDiscreteUserMissing(index, number, "");
+  for (const std::string& text : definition.texts) list.AddDiscreteUserMissing(index, text, "");
+  if (definition.range.has_value()) {
+    list.SetMissingInterval(index, definition.range->GetLeftEnd(), definition.range->GetRightEnd());
+  }
+}
+
+IBINVariable::BINWRoundingOption RoundingOf(const Options& options) {
+  if (options.weightRounding == "down") return IBINVariable::kTruncate;
+  if (options.weightRounding == "closest") return IBINVariable::kRoundToClosest;
+  return static_cast<IBINVariable::BINWRoundingOption>(2);  // leaves weights as they are
+}
+
+}  // namespace
+
+Columns ChooseColumns(CsvTable& table, const Options& options, const MissingTokens& missing) {
+  Columns columns;
+  if (!options.target.empty()) columns.target = table.GetColumn(options.target);
+  if (!options.weight.empty()) columns.weight = table.GetColumn(options.weight);
+  if (columns.weight.has_value() && columns.weight == columns.target) {
+    RefuseRole("weight", options.weight, "target");
+  }
+  columns.attributes = FindAttributes(table, options);
+  for (const std::size_t attribute : columns.attributes) {
+    const std::string& name = table.GetNames()[attribute];
+    if (attribute == columns.target) RefuseRole("attribute", name, "target");
+    if (attribute == columns.weight) RefuseRole("attribute", name, "weight");
+  }
+  const bool isChosen = !columns.attributes.empty();
+  const std::vector<Evidence> evidence =
+      LookAtFirstRows(table, missing, isChosen ? 1 : kSampleRows);
+  if (!isChosen) columns.attributes = ChooseNumericColumns(table, columns, evidence);
+  return columns;
+}
+
+BINVarList MakeVarList(const CsvTable& table, const Columns& columns, const Options& options) {
+  BINVarList list;
+  const std::vector<std::string>& names = table.GetNames();
+  if (columns.target.has_value()) {
+    list.AddCatVar(names[*columns.target], "", kMaxCategories, IBINVariable::kStringCategorical,
+                   IBINVariable::kTarget);
+  }
+  if (columns.weight.has_value()) {
+    list.AddWeightVar(names[*columns.weight], "", RoundingOf(options));
+  }
+  for (const std::size_t attribute : columns.attributes) {
+    list.AddContVar(names[attribute], "", IBINVariable::kAttribute);
+  }
+  for (const UserMissing& definition : options.userMissing) {
+    const int index = list.FindVariable(definition.column);
+    if (index < 0) {
+      const std::string& name = names[table.GetColumn(definition.column)];
+      table.FailAtHeader(
+          fmt::format("--user-missing names {}, which takes no part; expected the "
+                      "target, the weight or a column to bin; add it with "
+                      "--attribute",
+                      Quoted(name)));
+    }
+    AddUserMissing(definition, index, list);
+  }
+  return list;
+}
+
+}  // namespace TQTool
