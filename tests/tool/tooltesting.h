@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "base/toolerror.h"
-#include "csvreader.h"
+#include "input/csvreader.h"
 
 namespace TQTool {
 

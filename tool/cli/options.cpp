@@ -12,7 +12,7 @@
 #include "base/toolerror.h"
 #include "base/version.h"
 #include "cli/helpformatter.h"
-#include "numbertext.h"
+#include "input/numbertext.h"
 
 namespace TQTool {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "base/plaintext.h"
 #include "base/toolerror.h"
-#include "numbertext.h"
+#include "input/numbertext.h"
 
 namespace TQTool {
 namespace {

@@ -3,7 +3,7 @@
 #include <tqbinning/tqbinning.h>
 #include <tqcommon/tqcommon.h>
 
-#include "csvrecords.h"
+#include "input/csvrecords.h"
 
 namespace TQTool {
 

@@ -4,7 +4,7 @@
 #include <numeric>
 #include <utility>
 
-#include "numbertext.h"
+#include "input/numbertext.h"
 
 namespace TQTool {
 

@@ -7,8 +7,8 @@
 #include <tqbinning/tqbinning.h>
 
 #include "cli/options.h"
-#include "csvtable.h"
-#include "numbertext.h"
+#include "input/csvtable.h"
+#include "input/numbertext.h"
 
 namespace TQTool {
 

@@ -6,7 +6,7 @@
 #include <tqbinning/tqbinning.h>
 
 #include "cli/options.h"
-#include "csvrecords.h"
+#include "input/csvrecords.h"
 
 namespace TQTool {
 

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "numbertext.h"
+#include "input/numbertext.h"
 #include "tooltesting.h"
 
 namespace TQTool {

@@ -9,8 +9,8 @@
 #include <tqbinning/tqbinning.h>
 #include <tqcommon/tqcommon.h>
 
-#include "csvtable.h"
-#include "numbertext.h"
+#include "input/csvtable.h"
+#include "input/numbertext.h"
 #include "run/columns.h"
 
 namespace TQTool {

@@ -1,4 +1,4 @@
-#include "csvreader.h"
+#include "input/csvreader.h"
 
 #include <random>
 

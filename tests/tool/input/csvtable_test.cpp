@@ -1,4 +1,4 @@
-#include "csvtable.h"
+#include "input/csvtable.h"
 
 #include <gtest/gtest.h>
 

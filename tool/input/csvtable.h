@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "csvreader.h"
+#include "input/csvreader.h"
 
 namespace TQTool {
 

@@ -1,4 +1,4 @@
-#include "csvtable.h"
+#include "input/csvtable.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -7,7 +7,7 @@
 
 #include "base/nearestname.h"
 #include "base/plaintext.h"
-#include "numbertext.h"
+#include "input/numbertext.h"
 
 namespace TQTool {
 namespace {

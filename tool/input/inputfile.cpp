@@ -1,4 +1,4 @@
-#include "inputfile.h"
+#include "input/inputfile.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "csvrecords.h"
+#include "input/csvrecords.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
