@@ -5,12 +5,11 @@
 #include <cstring>
 #include <utility>
 
-#include <emmintrin.h>
-
 #include <fmt/format.h>
 
 #include "base/plaintext.h"
 #include "base/toolerror.h"
+#include "input/separators.h"
 
 namespace TQTool {
 namespace {
@@ -18,26 +17,10 @@ namespace {
 constexpr std::size_t kBlockSize = std::size_t{1} << 18;
 // A row that is longer is taken for a lost quote or for no CSV at all.
 constexpr std::size_t kMaxRowSize = std::size_t{1} << 24;
-constexpr std::size_t kLoad = 16;  // bytes looked at together
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16LittleMark = "\xFF\xFE";
 constexpr std::string_view kUtf16BigMark = "\xFE\xFF";
-
-// The first of two bytes from `text` on, in a buffer readable for kLoad bytes
-// beyond `end`; may lie beyond `end`.
-const char* FindEither(const char* text, const char* end, char a, char b) {
-  const __m128i wantedA = _mm_set1_epi8(a);
-  const __m128i wantedB = _mm_set1_epi8(b);
-  for (; text < end; text += kLoad) {
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-    const __m128i hits =
-        _mm_or_si128(_mm_cmpeq_epi8(bytes, wantedA), _mm_cmpeq_epi8(bytes, wantedB));
-    const auto mask = static_cast<unsigned int>(_mm_movemask_epi8(hits));
-    if (mask != 0) return text + std::countr_zero(mask);
-  }
-  return text;
-}
 
 }  // namespace
 
@@ -45,7 +28,7 @@ CsvReader::CsvReader(ReadBlock read, std::string name, char delimiter)
     : fRead(std::move(read)),
       fName(std::move(name)),
       fDelimiter(delimiter),
-      fBuffer(kBlockSize + kLoad),
+      fBuffer(kBlockSize + kSeparatorBlock),
       fEnd(0),
       fAtEnd(false),
       fRow(0),
@@ -54,7 +37,9 @@ CsvReader::CsvReader(ReadBlock read, std::string name, char delimiter)
       fIsMarked(false),
       fLine(0),
       fNextLine(1),
-      fMarkLine(0) {}
+      fMarkLine(0),
+      fFields(1),
+      fNumFields(0) {}
 
 bool CsvReader::Next() {
   fRow = fNext;
@@ -67,16 +52,32 @@ bool CsvReader::Next() {
 }
 
 bool CsvReader::IsBlankLine() const {
-  return fFields.size() == 1 && !fFields[0].isQuoted && fFields[0].begin == fFields[0].end;
+  return fNumFields == 1 && fFields[0].empty() && fFields[0].data() == fBuffer.data() + fRow;
 }
 
-void CsvReader::FailAtField(std::size_t field, const std::string& message) const {
-  if (field >= fFields.size()) FailAt(fFields.back().end, message);
-  FailAt(fFields[field].begin - (fFields[field].isQuoted ? 1 : 0), message);
+// Where a field's text begins in the buffer.
+std::size_t CsvReader::OffsetOf(std::size_t field) const {
+  for (const Unescaped& unescaped : fUnescaped) {
+    if (unescaped.field == field) return unescaped.begin;
+  }
+  return static_cast<std::size_t>(fFields[field].data() - fBuffer.data());
 }
 
-void CsvReader::FailAtLine(std::uint64_t line, const std::string& message) const {
-  throw ToolError(kInput, fmt::format("{}:{}: {}", fName, line, message));
+std::string CsvReader::LocateField(std::size_t field) const {
+  if (field < fNumFields) {
+    const std::size_t begin = OffsetOf(field);
+    const bool isQuoted = begin > fRow && fBuffer[begin - 1] == '"';
+    return Locate(begin - (isQuoted ? 1 : 0));
+  }
+  // The row's end, before what ends its line.
+  std::size_t end = fNext;
+  if (end > fRow && fBuffer[end - 1] == '\n') --end;
+  if (end > fRow && fBuffer[end - 1] == '\r') --end;
+  return Locate(end);
+}
+
+std::string CsvReader::LocateLine(std::uint64_t line) const {
+  return fmt::format("{}:{}", fName, line);
 }
 
 void CsvReader::Mark() {
@@ -92,13 +93,14 @@ void CsvReader::Rewind() {
 }
 
 bool CsvReader::CutRow() {
-  fFields.clear();
+  fNumFields = 0;
+  fUnescaped.clear();
   fNextLine = fLine + 1;
   if (fRow == fEnd) return false;  // nothing, or nothing yet
   std::size_t position = fRow;
   for (;;) {
     const bool isQuoted = position < fEnd && fBuffer[position] == '"';
-    const Cut cut = isQuoted ? CutQuotedField(&position) : CutPlainField(&position);
+    const Cut cut = isQuoted ? CutQuotedField(&position) : CutPlainFields(&position);
     if (cut == Cut::kTooShort) return false;
     if (cut == Cut::kLastField) break;
   }
@@ -106,21 +108,49 @@ bool CsvReader::CutRow() {
   return true;
 }
 
-CsvReader::Cut CsvReader::CutPlainField(std::size_t* position) {
-  const std::size_t begin = *position;
-  const char* const text = fBuffer.data();
-  std::size_t end =
-      static_cast<std::size_t>(FindEither(text + begin, text + fEnd, fDelimiter, '\n') - text);
-  const bool isCutOff = end >= fEnd;
-  if (isCutOff) {
-    if (!fAtEnd) return Cut::kTooShort;
-    end = fEnd;
+void CsvReader::AddField(const char* begin, const char* end) {
+  if (fNumFields == fFields.size()) fFields.resize(2 * fNumFields);
+  fFields[fNumFields++] = std::string_view(begin, static_cast<std::size_t>(end - begin));
+}
+
+void CsvReader::AddUnescaped(std::size_t begin, std::size_t end) {
+  std::string& text = fUnescaped.emplace_back(Unescaped{fNumFields, begin, {}}).text;
+  for (std::size_t i = begin; i < end; ++i) {
+    text += fBuffer[i];
+    if (fBuffer[i] == '"') ++i;  // the second one of two
   }
-  const bool isLast = isCutOff || text[end] == '\n';
-  *position = isCutOff ? end : end + 1;
-  if (isLast && end > begin && text[end - 1] == '\r') --end;
-  fFields.push_back({begin, end, false, false});
-  return isLast ? Cut::kLastField : Cut::kField;
+  AddField(text.data(), text.data() + text.size());
+}
+
+CsvReader::Cut CsvReader::CutPlainFields(std::size_t* position) {
+  const char* const text = fBuffer.data();
+  const char* const end = text + fEnd;
+  const char* field = text + *position;
+  const auto addLast = [this, &field](const char* fieldEnd) {
+    if (fieldEnd > field && fieldEnd[-1] == '\r') --fieldEnd;
+    AddField(field, fieldEnd);
+    return Cut::kLastField;
+  };
+  for (const char* block = field; block < end; block += kSeparatorBlock) {
+    for (std::uint64_t hits = FindSeparators(block, fDelimiter, '\n'); hits != 0;
+         hits &= hits - 1) {
+      const char* const hit = block + std::countr_zero(hits);
+      if (hit >= end) break;
+      if (*hit == '\n') {
+        *position = static_cast<std::size_t>(hit + 1 - text);
+        return addLast(hit);
+      }
+      AddField(field, hit);
+      field = hit + 1;
+      if (*field == '"') {
+        *position = static_cast<std::size_t>(field - text);
+        return Cut::kField;
+      }
+    }
+  }
+  if (!fAtEnd) return Cut::kTooShort;
+  *position = fEnd;
+  return addLast(end);
 }
 
 CsvReader::Cut CsvReader::CutQuotedField(std::size_t* position) {
@@ -145,7 +175,11 @@ CsvReader::Cut CsvReader::CutQuotedField(std::size_t* position) {
   // A carriage return belongs to the line end, whose line feed has to be seen.
   if (next + 1 >= fEnd && !fAtEnd) return Cut::kTooShort;
   fNextLine += static_cast<std::uint64_t>(std::count(text + begin, text + end, '\n'));
-  fFields.push_back({begin, end, true, hasDoubledQuotes});
+  if (hasDoubledQuotes) {
+    AddUnescaped(begin, end);
+  } else {
+    AddField(text + begin, text + end);
+  }
 
   const std::string_view rest(text + next, std::min<std::size_t>(2, fEnd - next));
   if (rest.empty() || rest == "\r") {
@@ -178,12 +212,14 @@ bool CsvReader::Refill() {
     fMark -= std::min(fMark, kept);
   }
   if (fEnd - fRow > kMaxRowSize) {
-    FailAtLine(fLine, fmt::format("a row is longer than {} MiB; expected a line end before that; "
-                                  "look for a quote that is not closed",
-                                  kMaxRowSize >> 20));
+    FailAtLine(
+        fmt::format("a row is longer than {} MiB; expected a line end before that; "
+                    "look for a quote that is not closed",
+                    kMaxRowSize >> 20));
   }
-  if (fBuffer.size() - kLoad - fEnd < kBlockSize) {
-    fBuffer.resize(std::max(2 * (fBuffer.size() - kLoad), fEnd + kBlockSize) + kLoad);
+  if (fBuffer.size() - kSeparatorBlock - fEnd < kBlockSize) {
+    fBuffer.resize(std::max(2 * (fBuffer.size() - kSeparatorBlock), fEnd + kBlockSize) +
+                   kSeparatorBlock);
   }
   char* const block = fBuffer.data() + fEnd;
   const std::size_t size = fRead(block, kBlockSize);
@@ -198,9 +234,9 @@ bool CsvReader::Refill() {
 void CsvReader::FailAtNul(std::size_t offset) const {
   const std::string_view row(fBuffer.data() + fRow, offset - fRow);
   if (row.starts_with(kUtf16LittleMark) || row.starts_with(kUtf16BigMark)) {
-    FailAtLine(fLine,
-               "text in UTF-16; expected UTF-8; convert the file, for example with "
-               "iconv -f UTF-16 -t UTF-8");
+    FailAtLine(
+        "text in UTF-16; expected UTF-8; convert the file, for example with "
+        "iconv -f UTF-16 -t UTF-8");
   }
   FailAt(offset, "a NUL byte; expected text; convert the file to UTF-8, or take the byte out");
 }
@@ -211,24 +247,22 @@ void CsvReader::SkipByteOrderMark() {
   if (std::string_view(fBuffer.data(), fEnd).starts_with(kUtf8Mark)) fRow += kUtf8Mark.size();
 }
 
-std::string_view CsvReader::Unescape(const Field& field) const {
-  fUnescaped.clear();
-  for (std::size_t i = field.begin; i < field.end; ++i) {
-    fUnescaped += fBuffer[i];
-    if (fBuffer[i] == '"') ++i;  // the second one of two
-  }
-  return fUnescaped;
-}
-
-void CsvReader::FailAt(std::size_t offset, const std::string& message) const {
+std::string CsvReader::Locate(std::size_t offset) const {
   const std::string_view before(fBuffer.data() + fRow, offset - fRow);
   const std::size_t lineEnd = before.rfind('\n');
   const std::string_view inLine =
       lineEnd == std::string_view::npos ? before : before.substr(lineEnd + 1);
   const auto lineEnds = std::count(before.begin(), before.end(), '\n');
   const std::uint64_t line = fLine + static_cast<std::uint64_t>(lineEnds);
-  throw ToolError(kInput,
-                  fmt::format("{}:{}:{}: {}", fName, line, CountCharacters(inLine) + 1, message));
+  return fmt::format("{}:{}:{}", fName, line, CountCharacters(inLine) + 1);
+}
+
+void CsvReader::FailAt(std::size_t offset, const std::string& message) const {
+  throw ToolError(kInput, fmt::format("{}: {}", Locate(offset), message));
+}
+
+void CsvReader::FailAtLine(const std::string& message) const {
+  throw ToolError(kInput, fmt::format("{}: {}", LocateLine(fLine), message));
 }
 
 }  // namespace TQTool

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,15 +29,9 @@ class CsvReader {
   // Goes on to the next row; false, and no row, when there is none.
   bool Next();
 
-  std::size_t GetNumFields() const { return fFields.size(); }
-
-  // The text of a field, without the quotes.  Valid until the next call of
-  // GetField or Next.
-  std::string_view GetField(std::size_t field) const {
-    const Field& f = fFields[field];
-    if (f.hasDoubledQuotes) return Unescape(f);
-    return std::string_view(fBuffer.data() + f.begin, f.end - f.begin);
-  }
+  // The texts of the row's fields, without the quotes.  Valid until the next call
+  // of Next.
+  std::span<const std::string_view> GetFields() const { return {fFields.data(), fNumFields}; }
 
   // Whether the row is an empty line.
   bool IsBlankLine() const;
@@ -43,41 +39,43 @@ class CsvReader {
   // The line (from 1) on which the row begins.
   std::uint64_t GetLine() const { return fLine; }
 
-  // Throws ToolError (kInput) about a field of this row: "FILE:LINE:COLUMN: ..."
-  // with lines and characters counted from 1.  A field that the row does not have
-  // stands for the row's end.
-  [[noreturn]] void FailAtField(std::size_t field, const std::string& message) const;
+  // Where a field of this row is: "FILE:LINE:COLUMN", with lines and characters
+  // counted from 1.  A field that the row does not have stands for the row's end.
+  std::string LocateField(std::size_t field) const;
 
-  // The same about a whole line: "FILE:LINE: ...".
-  [[noreturn]] void FailAtLine(std::uint64_t line, const std::string& message) const;
+  // The same for a whole line: "FILE:LINE".
+  std::string LocateLine(std::uint64_t line) const;
 
   // Mark remembers the rows from the next one on (keeping their bytes in memory)
   // and Rewind goes back to them, once: the next row is then that one again.
   void Mark();
   void Rewind();
-  // The number of bytes kept since Mark.
-  std::size_t GetMarkedSize() const { return fNext - fMark; }
 
  private:
-  struct Field {
-    std::size_t begin;  // offsets into the buffer, quotes excluded
-    std::size_t end;
-    bool isQuoted;
-    bool hasDoubledQuotes;
+  // A field whose text is not in the buffer as it is.
+  struct Unescaped {
+    std::size_t field;
+    std::size_t begin;  // offset into the buffer, behind the opening quote
+    std::string text;
   };
 
   // Cuts the row that begins at fRow; false when the buffer ends first.
   bool CutRow();
-  // Either cuts one field that begins at `*position`, moves it past the field's
-  // end mark and tells whether that ended the row; or finds the buffer too short.
+  // Both cut fields from `*position` on, move it past the last one's end mark and
+  // tell whether that ended the row; or find the buffer too short.  The first goes
+  // on until a field begins with a quote, the second cuts one.
   enum class Cut { kField, kLastField, kTooShort };
-  Cut CutPlainField(std::size_t* position);
+  Cut CutPlainFields(std::size_t* position);
   Cut CutQuotedField(std::size_t* position);
+  void AddField(const char* begin, const char* end);
+  void AddUnescaped(std::size_t begin, std::size_t end);
 
   bool Refill();
   void SkipByteOrderMark();
-  std::string_view Unescape(const Field& field) const;
+  std::size_t OffsetOf(std::size_t field) const;
+  std::string Locate(std::size_t offset) const;
   [[noreturn]] void FailAt(std::size_t offset, const std::string& message) const;
+  [[noreturn]] void FailAtLine(const std::string& message) const;
   [[noreturn]] void FailAtNul(std::size_t offset) const;
 
   ReadBlock fRead;
@@ -93,8 +91,9 @@ class CsvReader {
   std::uint64_t fLine;  // of fRow, fNext and fMark
   std::uint64_t fNextLine;
   std::uint64_t fMarkLine;
-  std::vector<Field> fFields;
-  mutable std::string fUnescaped;
+  std::vector<std::string_view> fFields;  // the first fNumFields are the row's
+  std::size_t fNumFields;
+  std::deque<Unescaped> fUnescaped;  // of the row; fFields points into it
 };
 
 }  // namespace TQTool

@@ -8,17 +8,6 @@
 #include <fast_float/fast_float.h>
 
 namespace TQTool {
-namespace {
-
-constexpr std::string_view kBlanks = " \t";
-
-}  // namespace
-
-std::string_view TrimBlanks(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 NumberText ReadNumber(std::string_view text, double* number) {
   if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);

@@ -22,7 +22,7 @@ void Show(const std::string& line) { std::fputs(line.c_str(), stderr); }
 
 }  // namespace
 
-ProgressLine::ProgressLine(const CsvRecords& records)
+ProgressLine::ProgressLine(const RecordFeed& records)
     : fRecords(records), fIsTerminal(IsLiveTerminal()), fNumBinned(0) {}
 
 ProgressLine::~ProgressLine() {

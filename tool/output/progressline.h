@@ -3,7 +3,7 @@
 #include <tqbinning/tqbinning.h>
 #include <tqcommon/tqcommon.h>
 
-#include "input/csvrecords.h"
+#include "input/recordfeed.h"
 
 namespace TQTool {
 
@@ -12,7 +12,7 @@ namespace TQTool {
 class ProgressLine : public ProgressListener {
  public:
   // `records` (borrowed) tells whether the run is still reading.
-  explicit ProgressLine(const CsvRecords& records);
+  explicit ProgressLine(const RecordFeed& records);
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
   ~ProgressLine() override;
@@ -20,7 +20,7 @@ class ProgressLine : public ProgressListener {
   void Report(ProgressReport* report) override;
 
  private:
-  const CsvRecords& fRecords;
+  const RecordFeed& fRecords;
   bool fIsTerminal;
   int fNumBinned;  // attributes
 };

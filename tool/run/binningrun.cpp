@@ -11,10 +11,10 @@
 #include "base/statuswords.h"
 #include "base/toolerror.h"
 #include "input/csvreader.h"
-#include "input/csvrecords.h"
-#include "input/csvtable.h"
+#include "input/csvsource.h"
 #include "input/inputfile.h"
 #include "input/numbertext.h"
+#include "input/recordfeed.h"
 #include "output/outputguard.h"
 #include "output/progressline.h"
 #include "run/arrivalcheck.h"
@@ -33,7 +33,7 @@ constexpr int kCasesPerReport = 50000;
 struct Workplace {
   const Options& options;
   BINVarList& list;
-  CsvRecords& records;
+  RecordFeed& records;
   const PrivateDirectory& directory;
   const std::string& inputName;
 };
@@ -137,13 +137,13 @@ void BinEqualFrequency(const Workplace& work, RunResult& result) {
 
 RunResult RunBinning(const Options& options) {
   InputFile file(options.file);
-  CsvReader reader([&file](char* buffer, std::size_t size) { return file.Read(buffer, size); },
-                   file.GetName(), options.delimiter);
-  CsvTable table(reader);
+  CsvSource table(
+      CsvReader([&file](char* buffer, std::size_t size) { return file.Read(buffer, size); },
+                file.GetName(), options.delimiter));
   const MissingTokens missing(options.missingTokens);
   const Columns columns = ChooseColumns(table, options, missing);
   BINVarList list = MakeVarList(table, columns, options);
-  CsvRecords records(table, columns, missing, list);
+  RecordFeed records(table, columns, missing, list);
   const PrivateDirectory directory(options.tempDir.empty() ? PrivateDirectory::DefaultBase()
                                                            : options.tempDir);
   const Workplace work = {options, list, records, directory, file.GetName()};

@@ -1,7 +1,6 @@
 #include "run/columns.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -24,31 +23,34 @@ constexpr std::size_t kMaxNamesInNote = 5;
 // What the first rows say about one column.
 struct Evidence {
   bool hasNumber = false;
-  std::string text;  // the first field that is no number
-  std::uint64_t textLine = 0;
+  std::string text;       // the first field that is no number
+  std::string textPlace;  // where that is; empty when there is none
 };
 
-void Look(std::string_view field, std::uint64_t line, const MissingTokens& missing,
+void Look(std::string_view field, const Source& table, const MissingTokens& missing,
           Evidence& evidence) {
-  if (evidence.textLine != 0 || missing.Contains(field)) return;
+  if (!evidence.textPlace.empty() || missing.Contains(field)) return;
   double number = 0.0;
   if (ReadNumber(field, &number) != NumberText::kNotNumber) {
     evidence.hasNumber = true;
   } else {
     evidence.text = field;
-    evidence.textLine = line;
+    evidence.textPlace = table.DescribeRow();
   }
 }
 
 // Looks at the first `maxRows` rows and goes back to the first one.
-std::vector<Evidence> LookAtFirstRows(CsvTable& table, const MissingTokens& missing,
+std::vector<Evidence> LookAtFirstRows(Source& table, const MissingTokens& missing,
                                       std::size_t maxRows) {
   std::vector<Evidence> evidence(table.GetNames().size());
   table.Mark();
   std::size_t rows = 0;
-  while (rows < maxRows && table.GetMarkedSize() < kSampleBytes && table.NextRow()) {
+  std::size_t bytes = 0;
+  while (rows < maxRows && bytes < kSampleBytes && table.NextRow()) {
     for (std::size_t i = 0; i < evidence.size(); ++i) {
-      Look(table.GetField(i), table.GetLine(), missing, evidence[i]);
+      const std::string_view field = table.GetField(i);
+      Look(field, table, missing, evidence[i]);
+      bytes += field.size();
     }
     ++rows;
   }
@@ -72,7 +74,7 @@ void NoteSkipped(const std::vector<std::string>& columns, std::string_view reaso
                         columns.size() == 1 ? "" : "s", reason, list));
 }
 
-std::vector<std::size_t> ChooseNumericColumns(const CsvTable& table, const Columns& columns,
+std::vector<std::size_t> ChooseNumericColumns(const Source& table, const Columns& columns,
                                               const std::vector<Evidence>& evidence) {
   std::vector<std::size_t> chosen;
   std::vector<std::string> unnamed;
@@ -83,9 +85,9 @@ std::vector<std::size_t> ChooseNumericColumns(const CsvTable& table, const Colum
     if (i == columns.target || i == columns.weight) continue;
     if (name.empty()) {
       unnamed.push_back(fmt::format("column {}", i + 1));
-    } else if (evidence[i].textLine != 0) {
-      withText.push_back(fmt::format("{} ({} in line {})", Printable(name),
-                                     Quoted(evidence[i].text), evidence[i].textLine));
+    } else if (!evidence[i].textPlace.empty()) {
+      withText.push_back(fmt::format("{} ({} in {})", Printable(name), Quoted(evidence[i].text),
+                                     evidence[i].textPlace));
     } else if (!evidence[i].hasNumber) {
       empty.push_back(Printable(name));
     } else {
@@ -112,7 +114,7 @@ std::vector<std::size_t> ChooseNumericColumns(const CsvTable& table, const Colum
 
 // The columns of --attribute.  An argument that is a column's whole name is that
 // column, so that a name may hold commas; any other one is a comma list.
-std::vector<std::size_t> FindAttributes(const CsvTable& table, const Options& options) {
+std::vector<std::size_t> FindAttributes(const Source& table, const Options& options) {
   std::vector<std::size_t> found;
   const auto add = [&found](std::size_t column) {
     if (std::find(found.begin(), found.end(), column) == found.end()) found.push_back(column);
@@ -148,7 +150,7 @@ IBINVariable::BINWRoundingOption RoundingOf(const Options& options) {
 
 }  // namespace
 
-Columns ChooseColumns(CsvTable& table, const Options& options, const MissingTokens& missing) {
+Columns ChooseColumns(Source& table, const Options& options, const MissingTokens& missing) {
   Columns columns;
   if (!options.target.empty()) columns.target = table.GetColumn(options.target);
   if (!options.weight.empty()) columns.weight = table.GetColumn(options.weight);
@@ -168,7 +170,7 @@ Columns ChooseColumns(CsvTable& table, const Options& options, const MissingToke
   return columns;
 }
 
-BINVarList MakeVarList(const CsvTable& table, const Columns& columns, const Options& options) {
+BINVarList MakeVarList(const Source& table, const Columns& columns, const Options& options) {
   BINVarList list;
   const std::vector<std::string>& names = table.GetNames();
   if (columns.target.has_value()) {

@@ -7,8 +7,8 @@
 #include <tqbinning/tqbinning.h>
 
 #include "cli/options.h"
-#include "input/csvtable.h"
 #include "input/numbertext.h"
+#include "input/source.h"
 
 namespace TQTool {
 
@@ -24,11 +24,11 @@ struct Columns {
 // it leaves out it says on standard error.  Afterwards the table's next row is its
 // first one.  Throws ToolError: kInput for a name that is not there, a table
 // without rows or without numeric column; kUsage for a column in two roles.
-Columns ChooseColumns(CsvTable& table, const Options& options, const MissingTokens& missing);
+Columns ChooseColumns(Source& table, const Options& options, const MissingTokens& missing);
 
 // Describes the columns to the library: target, weight and attributes, in this
 // order, with their user-missing values.  Throws ToolError (kInput) for a
 // user-missing value of a column that takes no part.
-BINVarList MakeVarList(const CsvTable& table, const Columns& columns, const Options& options);
+BINVarList MakeVarList(const Source& table, const Columns& columns, const Options& options);
 
 }  // namespace TQTool

@@ -6,7 +6,7 @@
 #include <tqbinning/tqbinning.h>
 
 #include "cli/options.h"
-#include "input/csvrecords.h"
+#include "input/recordfeed.h"
 
 namespace TQTool {
 

@@ -13,7 +13,7 @@ Rows RowsOf(CsvReader& reader) {
   Rows rows;
   while (reader.Next()) {
     std::vector<std::string>& row = rows.emplace_back();
-    for (std::size_t i = 0; i < reader.GetNumFields(); ++i) row.emplace_back(reader.GetField(i));
+    for (const std::string_view field : reader.GetFields()) row.emplace_back(field);
   }
   return rows;
 }
@@ -117,19 +117,16 @@ TEST(CsvReader, CountsLinesAcrossQuotedLineEnds) {
   }
 }
 
-TEST(CsvReader, ErrorsNameLineAndCharacter) {
+TEST(CsvReader, LocatesFieldsByLineAndCharacter) {
   CsvReader reader = ReaderOf("a\n\"x\ny\",\xC3\xA4\xC3\xB6,\"q\",z\n");
   ASSERT_TRUE(reader.Next());
   ASSERT_TRUE(reader.Next());
-  const auto at = [&reader](std::size_t field) {
-    return ErrorOf([&] { reader.FailAtField(field, "m"); });
-  };
-  EXPECT_EQ("3: f.csv:2:1: m", at(0));
-  EXPECT_EQ("3: f.csv:3:4: m", at(1));
-  EXPECT_EQ("3: f.csv:3:7: m", at(2));  // at its quote
-  EXPECT_EQ("3: f.csv:3:11: m", at(3));
-  EXPECT_EQ("3: f.csv:3:12: m", at(4));  // behind the last field
-  EXPECT_EQ("3: f.csv:7: m", ErrorOf([&] { reader.FailAtLine(7, "m"); }));
+  EXPECT_EQ("f.csv:2:1", reader.LocateField(0));
+  EXPECT_EQ("f.csv:3:4", reader.LocateField(1));
+  EXPECT_EQ("f.csv:3:7", reader.LocateField(2));  // at its quote
+  EXPECT_EQ("f.csv:3:11", reader.LocateField(3));
+  EXPECT_EQ("f.csv:3:12", reader.LocateField(4));  // behind the last field
+  EXPECT_EQ("f.csv:7", reader.LocateLine(7));
 }
 
 TEST(CsvReader, ColumnsAreCountedBehindAByteOrderMark) {
@@ -137,7 +134,16 @@ TEST(CsvReader, ColumnsAreCountedBehindAByteOrderMark) {
       "\xEF\xBB\xBF"
       "a,b\n");
   ASSERT_TRUE(reader.Next());
-  EXPECT_EQ("3: f.csv:1:3: m", ErrorOf([&] { reader.FailAtField(1, "m"); }));
+  EXPECT_EQ("f.csv:1:3", reader.LocateField(1));
+}
+
+TEST(CsvReader, FieldsWithDoubledQuotesAreLocatedAtTheirQuote) {
+  CsvReader reader = ReaderOf("a,\"b\"\"\",\"\"\"c\",\"d\"\r\n");
+  ASSERT_TRUE(reader.Next());
+  EXPECT_EQ("f.csv:1:3", reader.LocateField(1));
+  EXPECT_EQ("f.csv:1:9", reader.LocateField(2));
+  EXPECT_EQ("f.csv:1:15", reader.LocateField(3));
+  EXPECT_EQ("f.csv:1:18", reader.LocateField(4));
 }
 
 TEST(CsvReader, UnterminatedQuoteIsAnErrorWhereItOpens) {
@@ -180,11 +186,10 @@ TEST(CsvReader, RewindsToTheMark) {
     ASSERT_TRUE(reader.Next());
     reader.Mark();
     for (int i = 0; i < 3; ++i) ASSERT_TRUE(reader.Next());
-    EXPECT_EQ(10U, reader.GetMarkedSize());
     reader.Rewind();
     ASSERT_TRUE(reader.Next());
     EXPECT_EQ(2U, reader.GetLine());
-    EXPECT_EQ("1", reader.GetField(0));
+    EXPECT_EQ("1", reader.GetFields()[0]);
     EXPECT_EQ((Rows{{"2\n2"}, {"3"}, {"4"}}), RowsOf(reader));
     EXPECT_EQ(7U, reader.GetLine());
   }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <tqcommon/tqcommon.h>
 
+#include "input/csvsource.h"
 #include "tooltesting.h"
 
 namespace TQTool {
@@ -23,8 +24,7 @@ struct Choice {
 
 Choice ChooseIn(const std::string& text, const Options& options) {
   Choice choice;
-  CsvReader reader = ReaderOf(text);
-  CsvTable table(reader);
+  CsvSource table(ReaderOf(text));
   const MissingTokens missing(MissingTokens::Default());
   testing::internal::CaptureStderr();
   choice.error = ErrorOf([&] { choice.columns = ChooseColumns(table, options, missing); });
@@ -118,8 +118,7 @@ TEST(ChooseColumns, TableWithoutRowsOrNumbersIsAnError) {
 
 // The list that MakeVarList makes for a table of columns t, w, a and b.
 BINVarList ListFor(const Options& options) {
-  CsvReader reader = ReaderOf("a,b,t,w\n1,2,x,3\n");
-  const CsvTable table(reader);
+  const CsvSource table(ReaderOf("a,b,t,w\n1,2,x,3\n"));
   return MakeVarList(table, {2, 3, {1, 0}}, options);
 }
 
@@ -164,8 +163,7 @@ TEST(MakeVarList, HandsUserMissingValuesOn) {
 }
 
 TEST(MakeVarList, UserMissingValuesOfAColumnThatTakesNoPartAreAnError) {
-  CsvReader reader = ReaderOf("a,b\n1,2\n");
-  const CsvTable table(reader);
+  const CsvSource table(ReaderOf("a,b\n1,2\n"));
   Options options;
   options.userMissing = {{"b", {9.0}, {}, std::nullopt}};
   EXPECT_THAT(ErrorOf([&] {

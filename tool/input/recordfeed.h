@@ -9,8 +9,8 @@
 #include <tqbinning/tqbinning.h>
 #include <tqcommon/tqcommon.h>
 
-#include "input/csvtable.h"
 #include "input/numbertext.h"
+#include "input/source.h"
 #include "run/columns.h"
 
 namespace TQTool {
@@ -30,13 +30,13 @@ struct FedData {
   std::vector<FedAttribute> attributes;
 };
 
-// The rows of a table as the library's cases, one variable after another as
+// The rows of a source as the library's cases, one variable after another as
 // MakeVarList lists them.  Learns the target's categories in passing, through the
 // list's encoder.  No exception leaves it: an error ends the cases and is kept.
-class CsvRecords : public TQCommon::RecordIterator {
+class RecordFeed : public TQCommon::RecordIterator {
  public:
   // All are borrowed; `list` is the one that MakeVarList made of the columns.
-  CsvRecords(CsvTable& table, const Columns& columns, const MissingTokens& missing,
+  RecordFeed(Source& source, const Columns& columns, const MissingTokens& missing,
              BINVarList& list);
 
   bool HasMore() override { return !fIsDone; }
@@ -61,7 +61,7 @@ class CsvRecords : public TQCommon::RecordIterator {
   [[noreturn]] void FailAtValue(std::size_t column, NumberText found) const;
   void Account(double target, double weight);
 
-  CsvTable& fTable;
+  Source& fSource;
   const Columns& fColumns;
   const MissingTokens& fMissing;
   BINStringEncoder* fTargetEncoder;       // the list's; null without target

@@ -1,4 +1,4 @@
-#include "input/csvrecords.h"
+#include "input/recordfeed.h"
 
 #include <fmt/format.h>
 
@@ -12,9 +12,9 @@ constexpr double kNoCategory = -1.0;  // how a record says that its target is mi
 
 }  // namespace
 
-CsvRecords::CsvRecords(CsvTable& table, const Columns& columns, const MissingTokens& missing,
+RecordFeed::RecordFeed(Source& source, const Columns& columns, const MissingTokens& missing,
                        BINVarList& list)
-    : fTable(table),
+    : fSource(source),
       fColumns(columns),
       fMissing(missing),
       fTargetEncoder(dynamic_cast<BINStringEncoder*>(list.GetEncoderAt(list.GetTargetIndex()))),
@@ -30,7 +30,7 @@ CsvRecords::CsvRecords(CsvTable& table, const Columns& columns, const MissingTok
   fFed.attributes.resize(fAttributes.size());
 }
 
-const TQCommon::Record* CsvRecords::Next() {
+const TQCommon::Record* RecordFeed::Next() {
   try {
     if (!fIsDone && ReadRow()) return &fRecord;
   } catch (...) {
@@ -40,12 +40,12 @@ const TQCommon::Record* CsvRecords::Next() {
   return nullptr;
 }
 
-void CsvRecords::RethrowError() const {
+void RecordFeed::RethrowError() const {
   if (fError != nullptr) std::rethrow_exception(fError);
 }
 
-bool CsvRecords::ReadRow() {
-  if (!fTable.NextRow()) return false;
+bool RecordFeed::ReadRow() {
+  if (!fSource.NextRow()) return false;
   int field = 0;
   double target = 0.0;
   double weight = 1.0;
@@ -60,23 +60,23 @@ bool CsvRecords::ReadRow() {
   return true;
 }
 
-double CsvRecords::ReadTarget() {
+double RecordFeed::ReadTarget() {
   const std::size_t column = *fColumns.target;
-  const std::string_view text = fTable.GetField(column);
+  const std::string_view text = fSource.GetField(column);
   if (fMissing.Contains(text)) return kNoCategory;
   fCategory = text;
   const double code = fTargetEncoder->Encode(fCategory);
   if (code >= kMaxCategories) {
-    fTable.FailAtField(column, fmt::format("{} is category number {} of the target; expected at "
-                                           "most {} different ones; choose another target, or "
-                                           "group its categories first",
-                                           Quoted(text), kMaxCategories + 1, kMaxCategories));
+    fSource.FailAtField(column, fmt::format("{} is category number {} of the target; expected at "
+                                            "most {} different ones; choose another target, or "
+                                            "group its categories first",
+                                            Quoted(text), kMaxCategories + 1, kMaxCategories));
   }
   return code;
 }
 
-double CsvRecords::ReadValue(std::size_t column) {
-  const std::string_view text = fTable.GetField(column);
+double RecordFeed::ReadValue(std::size_t column) {
+  const std::string_view text = fSource.GetField(column);
   if (fMissing.Contains(text)) return TQMV::gMissingValue;
   double value = 0.0;
   const NumberText found = ReadNumber(text, &value);
@@ -84,13 +84,13 @@ double CsvRecords::ReadValue(std::size_t column) {
   return value;
 }
 
-void CsvRecords::FailAtValue(std::size_t column, NumberText found) const {
-  const std::string text(fTable.GetField(column));
-  const std::string& name = fTable.GetNames()[column];
+void RecordFeed::FailAtValue(std::size_t column, NumberText found) const {
+  const std::string text(fSource.GetField(column));
+  const std::string& name = fSource.GetNames()[column];
   const char* const alternative =
       column == fColumns.weight ? ""
                                 : ", or leave the column out by naming others with --attribute";
-  fTable.FailAtField(
+  fSource.FailAtField(
       column, fmt::format("{} in column {} {}; expected a number or a missing-value text; correct "
                           "it, or declare it missing with --missing-token{}",
                           Quoted(text), Quoted(name),
@@ -98,7 +98,7 @@ void CsvRecords::FailAtValue(std::size_t column, NumberText found) const {
                           alternative));
 }
 
-void CsvRecords::Account(double target, double weight) {
+void RecordFeed::Account(double target, double weight) {
   ++fFed.rows;
   if (weight == TQMV::gMissingValue) return;
   ++fFed.cases;

@@ -1,8 +1,9 @@
-#include "input/csvrecords.h"
+#include "input/recordfeed.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "input/csvsource.h"
 #include "tooltesting.h"
 
 namespace TQTool {
@@ -22,8 +23,7 @@ struct Feed {
 
 Feed FeedOf(const std::string& rows, bool withTarget = true, bool withWeight = true,
             const std::vector<UserMissing>& userMissing = {}) {
-  CsvReader reader = ReaderOf(kHeader + rows, 5);
-  CsvTable table(reader);
+  CsvSource table(ReaderOf(kHeader + rows, 5));
   Columns columns;
   if (withTarget) columns.target = 0;
   if (withWeight) columns.weight = 1;
@@ -33,7 +33,7 @@ Feed FeedOf(const std::string& rows, bool withTarget = true, bool withWeight = t
   options.userMissing = userMissing;
   BINVarList list = MakeVarList(table, columns, options);
   const MissingTokens missing(MissingTokens::Default());
-  CsvRecords records(table, columns, missing, list);
+  RecordFeed records(table, columns, missing, list);
 
   Feed feed;
   while (records.HasMore()) {
@@ -48,25 +48,25 @@ Feed FeedOf(const std::string& rows, bool withTarget = true, bool withWeight = t
   return feed;
 }
 
-TEST(CsvRecords, HandsOutTargetWeightAndAttributes) {
+TEST(RecordFeed, HandsOutTargetWeightAndAttributes) {
   const Feed feed = FeedOf("x,2,3.5,4\ny,1,5,6\nx,1,7,8\n");
   EXPECT_EQ("none", feed.error);
   EXPECT_THAT(feed.records, ElementsAre(ElementsAre(0, 2, 3.5, 4), ElementsAre(1, 1, 5, 6),
                                         ElementsAre(0, 1, 7, 8)));
 }
 
-TEST(CsvRecords, WorksWithoutTargetAndWeight) {
+TEST(RecordFeed, WorksWithoutTargetAndWeight) {
   EXPECT_THAT(FeedOf("x,?,3,4\n", false, false).records, ElementsAre(ElementsAre(3, 4)));
   EXPECT_THAT(FeedOf("x,7,3,4\n", false, true).records, ElementsAre(ElementsAre(7, 3, 4)));
   EXPECT_THAT(FeedOf("x,?,3,4\n", true, false).records, ElementsAre(ElementsAre(0, 3, 4)));
 }
 
-TEST(CsvRecords, MissingTextsBecomeTheLibrarysMissingValues) {
+TEST(RecordFeed, MissingTextsBecomeTheLibrarysMissingValues) {
   const double missing = TQMV::gMissingValue;
   EXPECT_THAT(FeedOf("NA,,?,.\n").records, ElementsAre(ElementsAre(-1, missing, missing, missing)));
 }
 
-TEST(CsvRecords, AddsUpWhatCounts) {
+TEST(RecordFeed, AddsUpWhatCounts) {
   const Feed feed = FeedOf(
       "x,2,3,\n"      // counts, b missing
       "y,2.4,-1,9\n"  // weight 2
@@ -84,7 +84,7 @@ TEST(CsvRecords, AddsUpWhatCounts) {
   EXPECT_EQ(9.0, feed.fed.attributes[1].minimum);
 }
 
-TEST(CsvRecords, UserMissingValuesDoNotCount) {
+TEST(RecordFeed, UserMissingValuesDoNotCount) {
   const Feed feed = FeedOf("x,1,9,1\nx,1,5,1\nx,1,2,1\n", true, true,
                            {{"a", {9.0}, {}, BINNumericInterval(4.0, 6.0)}});
   EXPECT_EQ(1.0, feed.fed.attributes[0].validWeight);
@@ -92,31 +92,31 @@ TEST(CsvRecords, UserMissingValuesDoNotCount) {
   EXPECT_EQ(3.0, feed.fed.attributes[1].validWeight);
 }
 
-TEST(CsvRecords, NothingValidLeavesTheExtremesUnknown) {
+TEST(RecordFeed, NothingValidLeavesTheExtremesUnknown) {
   const Feed feed = FeedOf("x,1,NA,1\n");
   EXPECT_EQ(0.0, feed.fed.attributes[0].validWeight);
   EXPECT_EQ(TQMV::gMissingValue, feed.fed.attributes[0].minimum);
   EXPECT_EQ(TQMV::gMissingValue, feed.fed.attributes[0].maximum);
 }
 
-TEST(CsvRecords, TextInANumericColumnEndsTheCasesAndIsKept) {
+TEST(RecordFeed, TextInANumericColumnEndsTheCasesAndIsKept) {
   const Feed feed = FeedOf("x,1,2,3\nx,1,2,three\nx,1,2,3\n");
   EXPECT_EQ(1U, feed.records.size());
   EXPECT_THAT(feed.error, StartsWith("3: f.csv:3:7: 'three' in column 'b' is not a number;"));
 }
 
-TEST(CsvRecords, InfinityIsAnErrorOfItsOwn) {
+TEST(RecordFeed, InfinityIsAnErrorOfItsOwn) {
   EXPECT_THAT(FeedOf("x,1,-inf,3\n").error,
               StartsWith("3: f.csv:2:5: '-inf' in column 'a' is not finite;"));
   EXPECT_THAT(FeedOf("x,1e999,2,3\n").error,
               StartsWith("3: f.csv:2:3: '1e999' in column 'w' is not finite;"));
 }
 
-TEST(CsvRecords, BrokenCsvEndsTheCasesAndIsKept) {
+TEST(RecordFeed, BrokenCsvEndsTheCasesAndIsKept) {
   EXPECT_THAT(FeedOf("x,1,2,3\nx,1,2\n").error, StartsWith("3: f.csv:3:6: a row of 3 fields;"));
 }
 
-TEST(CsvRecords, TakesUpTo256Categories) {
+TEST(RecordFeed, TakesUpTo256Categories) {
   std::string rows;
   for (int i = 0; i < 256; ++i) rows += "c" + std::to_string(i) + ",1,2,3\n";
   EXPECT_EQ("none", FeedOf(rows).error);
@@ -124,7 +124,7 @@ TEST(CsvRecords, TakesUpTo256Categories) {
               StartsWith("3: f.csv:258:1: 'one more' is category number 257 of the target;"));
 }
 
-TEST(CsvRecords, CategoriesAreComparedExactly) {
+TEST(RecordFeed, CategoriesAreComparedExactly) {
   const Feed feed = FeedOf("x,1,2,3\nX,1,2,3\n x ,1,2,3\n1,1,2,3\n1.0,1,2,3\n");
   std::vector<double> codes;
   for (const std::vector<double>& record : feed.records) codes.push_back(record[0]);

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "input/csvreader.h"
+#include "input/source.h"
+
+namespace TQTool {
+
+// CSV with a header line: column names, then rows of as many fields.  An empty
+// line is passed over, but in a table of one column it is an empty field.
+// Throws ToolError (kInput) for an empty input, a name that occurs twice and a
+// row with another number of fields.
+class CsvSource : public Source {
+ public:
+  // Reads the header.  `reader` is not yet used.
+  explicit CsvSource(CsvReader reader);
+
+  bool NextRow() override;
+  std::string DescribeRow() const override;
+  void Mark() override { fReader.Mark(); }
+  void Rewind() override { fReader.Rewind(); }
+
+ private:
+  std::string LocateField(std::size_t column) const override { return fReader.LocateField(column); }
+  std::string LocateHeader() const override { return fReader.LocateLine(fHeaderLine); }
+  std::string HintForOnlyColumn() const override { return "is another --delimiter needed?"; }
+  [[noreturn]] void FailAtRowOfAnotherLength() const;
+
+  CsvReader fReader;
+  std::uint64_t fHeaderLine;
+};
+
+}  // namespace TQTool

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "input/numbertext.h"
+
+namespace TQTool {
+
+// Where rows come from: the names of columns, then rows of as many texts.  Every
+// kind of input is one class behind this, in a file of its own.  Reading throws
+// ToolError.  Not thread-safe: use a source from one thread at a time.
+class Source {
+ public:
+  Source() = default;
+  Source(const Source&) = delete;
+  Source& operator=(const Source&) = delete;
+  virtual ~Source() = default;
+
+  // One name per column, without the blanks around it; may be empty.
+  const std::vector<std::string>& GetNames() const { return fNames; }
+  std::optional<std::size_t> FindColumn(std::string_view name) const;
+
+  // The column of this name.  Throws ToolError (kInput), with the nearest name,
+  // when there is none.
+  std::size_t GetColumn(std::string_view name) const;
+
+  // Goes on to the next row; false when there is none.
+  virtual bool NextRow() = 0;
+
+  // The text of a field of the row, without the blanks around it.  Without data
+  // (null) where a data base holds NULL.  Valid until the next call of NextRow.
+  std::string_view GetField(std::size_t column) const { return TrimBlanks(fFields[column]); }
+
+  // Where this row is, in words: "line 7".
+  virtual std::string DescribeRow() const = 0;
+
+  // Throws ToolError (kInput) about a field of this row, saying where it is.
+  [[noreturn]] void FailAtField(std::size_t column, const std::string& message) const;
+
+  // Throws ToolError (kInput) about the names of the columns.
+  [[noreturn]] void FailAtHeader(const std::string& message) const;
+
+  // Mark remembers the rows from the next one on (and so keeps them) and Rewind
+  // goes back to them, once: the next row is then that one again.
+  virtual void Mark() = 0;
+  virtual void Rewind() = 0;
+
+ protected:
+  // Where a field of this row is, and where the names are, as messages begin:
+  // "FILE:7:12", "FILE:1".
+  virtual std::string LocateField(std::size_t column) const = 0;
+  virtual std::string LocateHeader() const = 0;
+
+  // What the only column may suggest about the way of reading, for messages.
+  virtual std::string HintForOnlyColumn() const { return "expected a column of that name"; }
+
+  std::vector<std::string> fNames;
+  std::span<const std::string_view> fFields;  // of the row, as many as names
+};
+
+}  // namespace TQTool
