@@ -4,8 +4,10 @@
 usage: signals_test.py TQBIN DATA_DIRECTORY
 """
 
+import contextlib
 import os
 import pty
+import shutil
 import signal
 import subprocess
 import sys
@@ -108,6 +110,15 @@ class Signals(unittest.TestCase):
         code, output, errors = self.finish(run)
         self.assertEqual((0, b""), (code, errors))
         self.assertIn(b"40000 rows", output)
+
+    def test_a_failure_ends_the_run_while_it_waits_for_rows(self):
+        run = self.started("supervised", "-", "--target", "t")
+        shutil.rmtree(next(self.temporary.iterdir()))
+        with contextlib.suppress(BrokenPipeError):  # when it has ended already
+            run.stdin.write(b"x,1\ny,2\n" * 20000)
+            run.stdin.flush()
+        self.assertEqual(4, run.wait(timeout=20))  # the pipe is still open
+        self.assertIn(b"tqbin: ", run.stderr.read())
 
     def test_progress_goes_to_a_terminal_only(self):
         for is_terminal in (True, False):

@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <fmt/format.h>
@@ -23,6 +24,9 @@ static_assert(std::atomic<int>::is_always_lock_free, "used in a signal handler")
 // A signal makes the pipe readable, so that one which arrives just before a wait
 // for input ends that wait too.
 int gPipe[2] = {-1, -1};
+
+// Readable while waits are to end.
+int gEndOfWaits = -1;
 
 void HandleSignal(int signal) {
   const int savedErrno = errno;
@@ -48,6 +52,10 @@ void InstallSignalHandlers() {
   if (pipe2(gPipe, O_CLOEXEC | O_NONBLOCK) != 0) {
     throw ToolError(kFileSystem, fmt::format("no pipe can be made: {}", std::strerror(errno)));
   }
+  gEndOfWaits = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  if (gEndOfWaits < 0) {
+    throw ToolError(kFileSystem, fmt::format("no event can be made: {}", std::strerror(errno)));
+  }
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) Catch(signal);
   for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
 }
@@ -62,13 +70,20 @@ void ThrowIfCancelled() {
 }
 
 void WaitForInput(int file) {
-  pollfd waits[2] = {{file, POLLIN, 0}, {gPipe[0], POLLIN, 0}};
+  pollfd waits[3] = {{file, POLLIN, 0}, {gPipe[0], POLLIN, 0}, {gEndOfWaits, POLLIN, 0}};
   int ready = 0;
   do {
     ThrowIfCancelled();
-    ready = poll(waits, 2, -1);
+    ready = poll(waits, 3, -1);
   } while (ready < 0 && (errno == EINTR || errno == EAGAIN));
   ThrowIfCancelled();  // a signal goes before any input
+  if (waits[2].revents != 0) throw ToolError(kInput, "the input is not wanted any more");
+}
+
+void EndWaits(bool isToEnd) {
+  eventfd_t count = 0;
+  [[maybe_unused]] const int done =
+      isToEnd ? eventfd_write(gEndOfWaits, 1) : eventfd_read(gEndOfWaits, &count);
 }
 
 }  // namespace TQTool

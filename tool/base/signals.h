@@ -17,8 +17,12 @@ int CaughtSignal();
 void ThrowIfCancelled();
 
 // Waits until `file` can be read without blocking; throws like ThrowIfCancelled
-// as soon as a signal arrives.
+// as soon as a signal arrives, and when waits are to end.
 void WaitForInput(int file);
+
+// With true, ends every wait for input, of whatever thread, and lets none begin;
+// with false, allows them again.
+void EndWaits(bool isToEnd);
 
 // Hands a caught signal on to the library.
 class SignalQuery : public TQQueryCancel {

@@ -20,8 +20,12 @@ RecordFeed::RecordFeed(Source& source, const Columns& columns, const MissingToke
       fTargetEncoder(dynamic_cast<BINStringEncoder*>(list.GetEncoderAt(list.GetTargetIndex()))),
       fWeightEncoder(dynamic_cast<BINRoundEncoder*>(list.GetEncoderAt(list.GetWeightIndex()))),
       fFirstAttribute(list.Size() - list.GetNumAttributeVars()),
-      fRecord(list.Size()),
-      fIsDone(false) {
+      fRecordSize(list.Size()),
+      fIsDone(false),
+      fIsLastBlock(false),
+      fRecords(nullptr),
+      fPosition(0),
+      fCount(0) {
   for (int i = fFirstAttribute; i < list.Size(); ++i) {
     const std::size_t column = columns.attributes[fAttributes.size()];
     const IBINUserMissing* const userMissing = list.GetVarAt(i)->GetUserMissingInfo();
@@ -30,33 +34,53 @@ RecordFeed::RecordFeed(Source& source, const Columns& columns, const MissingToke
   fFed.attributes.resize(fAttributes.size());
 }
 
-const TQCommon::Record* RecordFeed::Next() {
-  try {
-    if (!fIsDone && ReadRow()) return &fRecord;
-  } catch (...) {
-    fError = std::current_exception();
+bool RecordFeed::NextBlock() {
+  if (fIsDone) return false;
+  if (fReadAhead == nullptr) {
+    fReadAhead = std::make_unique<ReadAhead>([this](RecordBlock& block) { FillBlock(block); },
+                                             fRecordSize, ReadAhead::IsWorthwhile());
   }
+  while (!fIsLastBlock) {
+    const RecordBlock& block = fReadAhead->Next();
+    fIsLastBlock = block.isLast;
+    fError = block.error;
+    fRecords = block.records.data();
+    fPosition = 0;
+    fCount = block.count;
+    if (fCount > 0) return true;
+  }
+  fReadAhead.reset();
   fIsDone = true;
-  return nullptr;
+  return false;
+}
+
+void RecordFeed::FillBlock(RecordBlock& block) {
+  while (block.count < block.records.size()) {
+    if (!ReadRow(block.records[block.count])) {
+      block.isLast = true;
+      return;
+    }
+    ++block.count;
+  }
 }
 
 void RecordFeed::RethrowError() const {
   if (fError != nullptr) std::rethrow_exception(fError);
 }
 
-bool RecordFeed::ReadRow() {
+bool RecordFeed::ReadRow(TQCommon::Record& record) {
   if (!fSource.NextRow()) return false;
   int field = 0;
   double target = 0.0;
   double weight = 1.0;
-  if (fTargetEncoder != nullptr) fRecord[field++] = target = ReadTarget();
+  if (fTargetEncoder != nullptr) record[field++] = target = ReadTarget();
   if (fWeightEncoder != nullptr) {
     const double given = ReadValue(*fColumns.weight);
-    fRecord[field++] = given;
+    record[field++] = given;
     weight = fWeightEncoder->Encode(given);
   }
-  for (const Attribute& attribute : fAttributes) fRecord[field++] = ReadValue(attribute.column);
-  Account(target, weight);
+  for (const Attribute& attribute : fAttributes) record[field++] = ReadValue(attribute.column);
+  Account(record, target, weight);
   return true;
 }
 
@@ -98,7 +122,7 @@ void RecordFeed::FailAtValue(std::size_t column, NumberText found) const {
                           alternative));
 }
 
-void RecordFeed::Account(double target, double weight) {
+void RecordFeed::Account(const TQCommon::Record& record, double target, double weight) {
   ++fFed.rows;
   if (weight == TQMV::gMissingValue) return;
   ++fFed.cases;
@@ -108,7 +132,7 @@ void RecordFeed::Account(double target, double weight) {
     return;
   }
   for (std::size_t i = 0; i < fAttributes.size(); ++i) {
-    const double value = fRecord[fFirstAttribute + static_cast<int>(i)];
+    const double value = record[fFirstAttribute + static_cast<int>(i)];
     const BINNumericUserMissing* const userMissing = fAttributes[i].userMissing;
     if (value == TQMV::gMissingValue) continue;
     if (userMissing != nullptr && userMissing->Contains(value)) continue;

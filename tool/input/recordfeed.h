@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,7 @@
 #include <tqcommon/tqcommon.h>
 
 #include "input/numbertext.h"
+#include "input/readahead.h"
 #include "input/source.h"
 #include "run/columns.h"
 
@@ -33,6 +35,8 @@ struct FedData {
 // The rows of a source as the library's cases, one variable after another as
 // MakeVarList lists them.  Learns the target's categories in passing, through the
 // list's encoder.  No exception leaves it: an error ends the cases and is kept.
+// From the first Next until the cases are done, a thread reads ahead: source and
+// list are then its own, and what was fed is not yet to be asked for.
 class RecordFeed : public TQCommon::RecordIterator {
  public:
   // All are borrowed; `list` is the one that MakeVarList made of the columns.
@@ -40,7 +44,10 @@ class RecordFeed : public TQCommon::RecordIterator {
              BINVarList& list);
 
   bool HasMore() override { return !fIsDone; }
-  const TQCommon::Record* Next() override;
+  const TQCommon::Record* Next() override {
+    if (fPosition == fCount && !NextBlock()) return nullptr;
+    return fRecords + fPosition++;
+  }
 
   // Throws the error that ended the cases early, if one did.
   void RethrowError() const;
@@ -55,11 +62,13 @@ class RecordFeed : public TQCommon::RecordIterator {
     const BINNumericUserMissing* userMissing;  // null when none; the list's
   };
 
-  bool ReadRow();
+  bool NextBlock();
+  void FillBlock(RecordBlock& block);
+  bool ReadRow(TQCommon::Record& record);
   double ReadTarget();
   double ReadValue(std::size_t column);
   [[noreturn]] void FailAtValue(std::size_t column, NumberText found) const;
-  void Account(double target, double weight);
+  void Account(const TQCommon::Record& record, double target, double weight);
 
   Source& fSource;
   const Columns& fColumns;
@@ -68,11 +77,16 @@ class RecordFeed : public TQCommon::RecordIterator {
   const BINRoundEncoder* fWeightEncoder;  // the list's; null without weight
   std::vector<Attribute> fAttributes;
   int fFirstAttribute;  // its field in the record
-  TQCommon::Record fRecord;
+  int fRecordSize;
   std::string fCategory;
   FedData fFed;
   bool fIsDone;
+  bool fIsLastBlock;
   std::exception_ptr fError;
+  const TQCommon::Record* fRecords;  // of the current block
+  std::size_t fPosition;             // in it
+  std::size_t fCount;
+  std::unique_ptr<ReadAhead> fReadAhead;  // last: its thread uses the rest
 };
 
 }  // namespace TQTool
