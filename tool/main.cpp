@@ -14,8 +14,8 @@
 #include "base/signals.h"
 #include "base/toolerror.h"
 #include "cli/options.h"
-#include "output/jsonwriter.h"
-#include "output/outputguard.h"
+#include "model/modelwriter.h"
+#include "output/outputfile.h"
 #include "output/tablewriter.h"
 #include "run/binningrun.h"
 
@@ -39,8 +39,8 @@ int Report(int exitCode, const char* message) {
 }
 
 // A column that ended in an error has no bins, whatever the others have.
-int ExitCodeOf(const RunResult& result) {
-  for (const AttributeResult& attribute : result.attributes) {
+int ExitCodeOf(const Model& model) {
+  for (const BinnedAttribute& attribute : model.attributes) {
     if (attribute.status.IsError()) return kLibraryFailure;
   }
   return kDone;
@@ -51,11 +51,13 @@ int Run(int argc, const char* const* argv) {
   const std::optional<Options> options = ParseOptions(argc, argv, &text);
   int exitCode = kDone;
   if (options.has_value()) {
-    const RunResult result = RunBinning(*options);
-    text = options->format == OutputFormat::kJson ? WriteJson(result) : WriteTable(result);
-    exitCode = ExitCodeOf(result);
+    const Model model = RunBinning(*options);
+    text = options->format == OutputFormat::kJson ? WriteModel(model) : WriteTable(model);
+    exitCode = ExitCodeOf(model);
   }
-  WriteStandardOutput(text);
+  OutputFile output(options.has_value() ? options->output : "");
+  output.Write(text);
+  output.Finish();
   return exitCode;
 }
 

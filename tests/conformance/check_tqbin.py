@@ -187,7 +187,7 @@ class Case:
         total = number(wanted["total_weight"])
         yield "weight", total, actual["weight"]
         yield ("missing weight", number(wanted["total_weight_with_missing"]) - total,
-               actual["missing_weight"])
+               actual["total_weight"] - actual["weight"])
         for what in ("minimum", "maximum"):
             value = number(wanted[what])
             yield what, None if value == MISSING else value, actual[what]
@@ -208,7 +208,7 @@ class Case:
             return
         rows = [[number(count) for count in row] for row in counts]
         yield "bins", [row[0] for row in rows], weights
-        yield "categories", list(map(self.label, self.codes)), document["target"]["categories"]
+        yield "categories", list(map(self.label, self.codes)), document["targets"][0]["categories"]
         for row, b in zip(rows, actual["bins"]):
             yield "category weights", [row[code + 1] for code in self.codes], b["category_weights"]
 

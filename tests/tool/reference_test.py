@@ -97,7 +97,7 @@ class Checker:
         self.equal(what + " distinct", got["distinct_values"], len(set(values)))
         weight = sum(case[2] for case in column.cases)
         self.close(what + " weight", got["weight"], weight)
-        self.close(what + " missing", got["missing_weight"],
+        self.close(what + " missing", got["total_weight"] - got["weight"],
                    column.weight_with_missing - weight)
         self.equal(what + " bins", len(got["bins"]), len(got["cuts"]) + 1)
         ends = [None, *got["cuts"], None]
@@ -108,7 +108,7 @@ class Checker:
         document = run(tool, "supervised", str(path), "--target", target, *options)
         names = [attribute["name"] for attribute in document["attributes"]]
         columns, categories = reference.read_columns(path, names, target, **reading)
-        self.equal(what + " categories", document["target"]["categories"], categories)
+        self.equal(what + " categories", document["targets"][0]["categories"], categories)
         for got in document["attributes"]:
             name = f"{what} {got['name']}"
             column = columns[got["name"]]

@@ -45,7 +45,7 @@ def interval(one, right_closed):
 
 
 def expected_rows(attribute, categories, right_closed):
-    whole = attribute["weight"] + attribute["missing_weight"]
+    whole = attribute["total_weight"]
 
     def row(name, weight, category_weights):
         return [name, f"{weight:.0f}", f"{100 * weight / whole:.1f}%",
@@ -58,8 +58,9 @@ def expected_rows(attribute, categories, right_closed):
     totals = [sum(one["category_weights"][c] for one in attribute["bins"])
               for c in range(len(categories))]
     rows.append(row("total", attribute["weight"], totals))
-    if attribute["missing_weight"] > 0:
-        rows.append(row("missing", attribute["missing_weight"], []))
+    missing = whole - attribute["weight"]
+    if missing > 0:
+        rows.append(row("missing", missing, []))
     return rows
 
 
@@ -69,7 +70,7 @@ def main():
     for arguments in RUNS:
         document = json.loads(output(tool, data, arguments, "--format", "json"))
         table = sections(output(tool, data, arguments))
-        categories = document.get("target", {}).get("categories", [])
+        categories = next((t["categories"] for t in document["targets"]), [])
         right_closed = document["settings"]["closed"] == "right"
         for attribute in document["attributes"]:
             expected = expected_rows(attribute, categories, right_closed)

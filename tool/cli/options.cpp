@@ -50,12 +50,12 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
       ->type_name("COLUMN");
   CLI::Option* const weight =
       command
-          .add_option("-w,--weight", options.weight,
+          .add_option("-w,--weight", options.settings.weight,
                       "frequency weight: a row counts this often; a row whose weight is missing "
                       "or not above zero is left out")
           ->type_name("COLUMN");
   command
-      .add_option("--weight-rounding", options.weightRounding,
+      .add_option("--weight-rounding", options.settings.weightRounding,
                   "how weights are made whole: closest (default), down or none")
       ->check(CLI::IsMember({"closest", "down", "none"}).description(""))
       ->needs(weight)
@@ -72,7 +72,7 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
       ->allow_extra_args(false)
       ->type_name("COL=VALUES");
   command
-      .add_option("--missing-token", options.missingTokens,
+      .add_option("--missing-token", options.settings.missingTokens,
                   "text that stands for a missing value in every column; may be repeated, and "
                   "then replaces the default: '' (an empty field), NA, N/A, NaN, nan, NULL, null, "
                   "? and .")
@@ -85,7 +85,11 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
                   "where the run's private temporary directory is made (default: TMPDIR, or "
                   "/tmp); needs 8 bytes per row and column used")
       ->type_name("DIR");
-  command.add_option("--format", raw.format, "table (default) or json")
+  command
+      .add_option("-o,--output", options.output,
+                  "file to write, complete or not at all (default: -, standard output)")
+      ->type_name("FILE");
+  command.add_option("--format", raw.format, "table (default), or json: the model file")
       ->check(CLI::IsMember({"table", "json"}).description(""))
       ->type_name("FORMAT");
 }
@@ -98,20 +102,20 @@ void AddSupervisedOptions(CLI::App& command, Options& options) {
       ->type_name("COLUMN");
   CLI::Option* const threshold =
       command
-          .add_option("--prebin-threshold", options.prebinThreshold,
+          .add_option("--prebin-threshold", options.settings.prebinThreshold,
                       "first cut a column of more than N distinct values into equal-frequency "
                       "bins, for speed (default: 0, never)")
           ->check(CLI::Range(0, kMaxInt).description(""))
           ->type_name("N");
   command
-      .add_option(
-          "--prebin-bins", options.prebinBins,
-          fmt::format("how many equal-frequency bins that makes (default: {})", options.prebinBins))
+      .add_option("--prebin-bins", options.settings.prebinBins,
+                  fmt::format("how many equal-frequency bins that makes (default: {})",
+                              options.settings.prebinBins))
       ->check(CLI::Range(2, kMaxBins).description(""))
       ->needs(threshold)
       ->type_name("N");
   command
-      .add_option("--min-bin-factor", options.minBinFactor,
+      .add_option("--min-bin-factor", options.settings.minBinFactor,
                   "merge an inner bin that weighs less than F times its lighter neighbour, F "
                   "from 0 to 1 (default: 0, never)")
       ->check(CheckFactor)
@@ -120,7 +124,7 @@ void AddSupervisedOptions(CLI::App& command, Options& options) {
 
 void AddEqualFrequencyOptions(CLI::App& command, Options& options) {
   command
-      .add_option("-b,--bins", options.bins,
+      .add_option("-b,--bins", options.settings.bins,
                   "how many bins; fewer come out where equal values would have to be parted")
       ->required()
       ->check(CLI::Range(2, kMaxBins).description(""))
@@ -143,9 +147,10 @@ char ParseDelimiter(const std::string& text) {
 void Interpret(const RawOptions& raw, Options& options) {
   if (options.file.empty()) Refuse("FILE is empty; expected a path, or - for standard input");
   options.delimiter = ParseDelimiter(raw.delimiter);
-  options.isRightClosed = raw.closed == "right";
+  options.settings.isRightClosed = raw.closed == "right";
   options.format = raw.format == "json" ? OutputFormat::kJson : OutputFormat::kTable;
-  if (options.missingTokens.empty()) options.missingTokens = MissingTokens::Default();
+  if (options.settings.missingTokens.empty())
+    options.settings.missingTokens = MissingTokens::Default();
   for (const std::string& option : raw.userMissing) {
     AddUserMissing(option, options.target, options.userMissing);
   }

@@ -26,36 +26,35 @@ double ParseNumber(std::string_view option, std::string_view text) {
   return number;
 }
 
-BINNumericInterval ParseRange(std::string_view option, std::string_view left,
-                              std::string_view right) {
+ClosedRange ParseRange(std::string_view option, std::string_view left, std::string_view right) {
   if (TrimBlanks(left).empty() && TrimBlanks(right).empty()) {
     RefuseUserMissing(option, "a range without ends");
   }
-  if (TrimBlanks(left).empty()) return BINNumericInterval(ParseNumber(option, right), true);
-  if (TrimBlanks(right).empty()) return BINNumericInterval(ParseNumber(option, left), false);
-  const BINNumericInterval range(ParseNumber(option, left), ParseNumber(option, right));
-  if (range.IsEmpty()) RefuseUserMissing(option, "the range ends before it begins");
+  ClosedRange range;
+  if (!TrimBlanks(left).empty()) range.lower = ParseNumber(option, left);
+  if (!TrimBlanks(right).empty()) range.upper = ParseNumber(option, right);
+  if (range.lower > range.upper) RefuseUserMissing(option, "the range ends before it begins");
   return range;
 }
 
 // What has been said about a column so far; a new entry for a new column.
-UserMissing& EntryOf(std::string_view column, std::vector<UserMissing>& all) {
+MissingRule& RuleOf(std::string_view column, std::vector<UserMissing>& all) {
   const auto same = std::find_if(all.begin(), all.end(), [column](const UserMissing& entry) {
     return entry.column == column;
   });
-  if (same != all.end()) return *same;
+  if (same != all.end()) return same->rule;
   all.emplace_back().column = column;
-  return all.back();
+  return all.back().rule;
 }
 
-void AddMissingValue(std::string_view option, std::string_view value, UserMissing& entry) {
+void AddMissingValue(std::string_view option, std::string_view value, MissingRule& rule) {
   const std::size_t dots = value.find("..");
   if (dots == std::string_view::npos) {
-    entry.numbers.push_back(ParseNumber(option, value));
-  } else if (entry.range.has_value()) {
+    rule.numbers.push_back(ParseNumber(option, value));
+  } else if (rule.range.has_value()) {
     RefuseUserMissing(option, "more than one range for a column");
   } else {
-    entry.range = ParseRange(option, value.substr(0, dots), value.substr(dots + 2));
+    rule.range = ParseRange(option, value.substr(0, dots), value.substr(dots + 2));
   }
 }
 
@@ -70,14 +69,14 @@ void AddUserMissing(std::string_view option, const std::string& target,
   }
   const std::string_view column = TrimBlanks(option.substr(0, equals));
   if (column.empty()) RefuseUserMissing(option, "no column before the =");
-  UserMissing& entry = EntryOf(column, all);
+  MissingRule& rule = RuleOf(column, all);
   for (std::string_view rest = option.substr(equals + 1);;) {
     const std::size_t comma = rest.find(',');
     const std::string_view value = TrimBlanks(rest.substr(0, comma));
     if (column == target) {
-      entry.texts.emplace_back(value);
+      rule.texts.emplace_back(value);
     } else {
-      AddMissingValue(option, value, entry);
+      AddMissingValue(option, value, rule);
     }
     if (comma == std::string_view::npos) return;
     rest.remove_prefix(comma + 1);

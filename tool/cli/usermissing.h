@@ -1,21 +1,17 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <tqbinning/tqbinning.h>
+#include "model/model.h"
 
 namespace TQTool {
 
-// Values of one column that the user declares missing: numbers and at most one
-// closed range, or, for the target, texts.
+// Values of one column that the user declares missing.
 struct UserMissing {
   std::string column;
-  std::vector<double> numbers;
-  std::vector<std::string> texts;
-  std::optional<BINNumericInterval> range;
+  MissingRule rule;
 };
 
 // Reads one more --user-missing (COL=9,99 or COL=90..99, COL=..0, COL=90..) and adds

@@ -78,6 +78,7 @@ bool RecordFeed::ReadRow(TQCommon::Record& record) {
     const double given = ReadValue(*fColumns.weight);
     record[field++] = given;
     weight = fWeightEncoder->Encode(given);
+    if (weight == TQMV::gMissingValue) AccountDropped(given);
   }
   for (const Attribute& attribute : fAttributes) record[field++] = ReadValue(attribute.column);
   Account(record, target, weight);
@@ -120,6 +121,19 @@ void RecordFeed::FailAtValue(std::size_t column, NumberText found) const {
                           Quoted(text), Quoted(name),
                           found == NumberText::kInfinite ? "is not finite" : "is not a number",
                           alternative));
+}
+
+void RecordFeed::AccountDropped(double givenWeight) {
+  const auto* const userMissing =
+      dynamic_cast<const BINNumericUserMissing*>(fWeightEncoder->GetUserMissingInfo());
+  const bool isUserMissing = userMissing != nullptr && userMissing->Contains(givenWeight);
+  if (givenWeight == TQMV::gMissingValue || isUserMissing) {
+    ++fFed.droppedWeightMissing;
+  } else if (givenWeight <= 0.0) {
+    ++fFed.droppedWeightNotPositive;
+  } else {
+    ++fFed.droppedWeightRoundedAway;
+  }
 }
 
 void RecordFeed::Account(const TQCommon::Record& record, double target, double weight) {

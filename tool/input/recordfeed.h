@@ -25,10 +25,14 @@ struct FedAttribute {
   double maximum = TQMV::gMissingValue;
 };
 struct FedData {
-  std::uint64_t rows = 0;           // in the input
-  std::uint64_t cases = 0;          // with a weight above zero, so that they count
-  std::uint64_t withoutTarget = 0;  // cases whose target is missing
-  double weight = 0.0;              // of all cases
+  std::uint64_t rows = 0;   // in the input
+  std::uint64_t cases = 0;  // with a weight above zero, so that they count
+  // Why the other rows do not count.
+  std::uint64_t droppedWeightMissing = 0;
+  std::uint64_t droppedWeightNotPositive = 0;
+  std::uint64_t droppedWeightRoundedAway = 0;  // above zero, but not when made whole
+  std::uint64_t withoutTarget = 0;             // cases whose target is missing
+  double weight = 0.0;                         // of all cases
   std::vector<FedAttribute> attributes;
 };
 
@@ -68,6 +72,7 @@ class RecordFeed : public TQCommon::RecordIterator {
   double ReadTarget();
   double ReadValue(std::size_t column);
   [[noreturn]] void FailAtValue(std::size_t column, NumberText found) const;
+  void AccountDropped(double givenWeight);
   void Account(const TQCommon::Record& record, double target, double weight);
 
   Source& fSource;

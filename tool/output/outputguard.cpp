@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <string_view>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -40,21 +39,6 @@ std::string OutputGuard::Finish() {
   std::array<char, 200> text;
   const ssize_t size = pread(fMemory, text.data(), text.size(), 0);
   return std::string(text.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
-}
-
-void WriteStandardOutput(const std::string& text) {
-  for (std::string_view rest = text; !rest.empty();) {
-    const ssize_t size = write(STDOUT_FILENO, rest.data(), rest.size());
-    if (size >= 0) {
-      rest.remove_prefix(static_cast<std::size_t>(size));
-    } else if (errno == EPIPE) {
-      return;
-    } else if (errno != EINTR) {
-      throw ToolError(kFileSystem, fmt::format("standard output cannot be written: {}; the "
-                                               "results are incomplete",
-                                               std::strerror(errno)));
-    }
-  }
 }
 
 }  // namespace TQTool

@@ -22,8 +22,4 @@ class OutputGuard {
   int fMemory;
 };
 
-// Writes text to standard output, all of it.  A reader that has gone is no error;
-// throws ToolError (kFileSystem) for any other failure.
-void WriteStandardOutput(const std::string& text);
-
 }  // namespace TQTool

@@ -7,6 +7,7 @@
 
 #include "base/plaintext.h"
 #include "base/statuswords.h"
+#include "model/recount.h"
 #include "output/textgrid.h"
 
 namespace TQTool {
@@ -24,14 +25,6 @@ std::string ShareText(double part, double whole) {
   return fmt::format("{:.1f}%", 100.0 * part / whole);
 }
 
-// "(2, 5]" or "[2, 5)"; an end without bound is always open.
-std::string IntervalText(const Bin& bin, bool isRightClosed) {
-  const bool isFirst = std::isinf(bin.lower);
-  const bool isLast = std::isinf(bin.upper);
-  return fmt::format("{}{}, {}{}", isRightClosed || isFirst ? '(' : '[', bin.lower, bin.upper,
-                     isRightClosed && !isLast ? ']' : ')');
-}
-
 // The weights of a row of the table: of the bin, its share, of its categories.
 void AppendWeights(double weight, const std::vector<double>& classWeights, double whole,
                    std::vector<std::string>& cells) {
@@ -40,34 +33,45 @@ void AppendWeights(double weight, const std::vector<double>& classWeights, doubl
   for (const double classWeight : classWeights) cells.push_back(WeightText(classWeight));
 }
 
-std::string BinTable(const AttributeResult& attribute, const RunResult& result) {
+std::vector<double> WeightsOf(const std::vector<Count>& counts) {
+  std::vector<double> weights;
+  for (const Count& count : counts) weights.push_back(count.weight);
+  return weights;
+}
+
+std::string BinTable(const BinnedAttribute& attribute, const Model& model) {
   TextGrid grid;
-  std::vector<std::string> heading = {"bin", result.options.weight.empty() ? "rows" : "weight",
+  std::vector<std::string> heading = {"bin", model.settings.weight.empty() ? "rows" : "weight",
                                       "share"};
-  for (const std::string& category : result.categories) heading.push_back(Printable(category));
+  const Target* const target = model.TargetOf(attribute);
+  if (target != nullptr) {
+    for (const std::string& category : target->categories) heading.push_back(Printable(category));
+  }
   grid.AddRow(heading);
 
-  std::vector<double> totals(result.categories.size(), 0.0);
-  for (const Bin& bin : attribute.bins) {
-    std::vector<std::string> cells = {IntervalText(bin, result.options.isRightClosed)};
-    AppendWeights(bin.weight, bin.classWeights, attribute.weightWithMissing, cells);
+  const double whole = attribute.total.weight;
+  Bin totals;
+  for (std::size_t b = 0; b < attribute.bins.size(); ++b) {
+    const Bin& bin = attribute.bins[b];
+    std::vector<std::string> cells = {Printable(LabelOf(attribute, b))};
+    AppendWeights(bin.count.weight, WeightsOf(bin.categories), whole, cells);
     grid.AddRow(cells);
-    for (std::size_t c = 0; c < totals.size(); ++c) totals[c] += bin.classWeights[c];
+    totals = b == 0 ? bin : Sum(totals, bin);
   }
   std::vector<std::string> total = {"total"};
-  AppendWeights(attribute.weight, totals, attribute.weightWithMissing, total);
+  AppendWeights(attribute.valid.weight, WeightsOf(totals.categories), whole, total);
   grid.AddRow(total);
-  const double missing = attribute.weightWithMissing - attribute.weight;
+  const double missing = whole - attribute.valid.weight;
   if (missing > 0.0) {
     std::vector<std::string> cells = {"missing"};
-    AppendWeights(missing, {}, attribute.weightWithMissing, cells);
+    AppendWeights(missing, {}, whole, cells);
     grid.AddRow(cells);
   }
   return grid.Print();
 }
 
 // What was found in a column before it was cut.
-std::string Summary(const AttributeResult& attribute) {
+std::string Summary(const BinnedAttribute& attribute) {
   if (attribute.numDistinct == 0) return "no value that counts";
   std::string text =
       fmt::format("{} distinct value{} from {} to {}", attribute.numDistinct,
@@ -78,61 +82,74 @@ std::string Summary(const AttributeResult& attribute) {
   return text;
 }
 
-std::string Count(std::size_t count, const char* what) {
+std::string CountText(std::size_t count, const char* what) {
   return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
 }
 
-std::string Section(const AttributeResult& attribute, const RunResult& result) {
-  const Options& options = result.options;
-  std::string text = fmt::format("\n{}: ", Printable(attribute.name));
-  if (attribute.status.IsOK()) {
-    text += Count(attribute.bins.size(), "bin");
-    if (options.method == Method::kEqualFrequency &&
-        attribute.bins.size() != static_cast<std::size_t>(options.bins)) {
-      text += fmt::format(" instead of {}, because equal values stay together", options.bins);
-    }
-    if (attribute.isPreBinned) {
-      text += fmt::format(", cut between {} equal-frequency pre-bins", options.prebinBins);
-    }
-  } else {
+// What became of a column, after its name.
+std::string Heading(const BinnedAttribute& attribute, const Model& model) {
+  if (!attribute.status.IsOK()) {
     const StatusWords& words = WordsOf(attribute.status.GetErrorCode());
-    text += fmt::format("{}: {}\n  what to do: {} (library code {})", words.words, words.reason,
-                        words.remedy, attribute.status.GetErrorCode());
+    return fmt::format("{}: {}\n  what to do: {} (library code {})", words.words, words.reason,
+                       words.remedy, attribute.status.GetErrorCode());
   }
-  text += fmt::format("\n  {}\n", Summary(attribute));
-  return attribute.bins.empty() ? text : text + BinTable(attribute, result);
+  const Settings& settings = model.settings;
+  std::string text = CountText(attribute.bins.size(), "bin");
+  if (attribute.isEdited) return text + ", edited: what is counted again for it shows as ?";
+  if (model.method == Method::kEqualFrequency &&
+      attribute.bins.size() != static_cast<std::size_t>(settings.bins)) {
+    text += fmt::format(" instead of {}, because equal values stay together", settings.bins);
+  }
+  if (attribute.isPreBinned) {
+    text += fmt::format(", cut between {} equal-frequency pre-bins", settings.prebinBins);
+  }
+  return text;
 }
 
-std::string Title(const RunResult& result) {
-  const Options& options = result.options;
-  const std::string columns = Count(result.attributes.size(), "column");
-  if (options.method == Method::kSupervised) {
-    return fmt::format("{}: {} binned by {}\n", result.inputName, columns,
-                       Printable(options.target));
-  }
-  return fmt::format("{}: {} cut into {} bins of equal frequency\n", result.inputName, columns,
-                     options.bins);
+std::string Section(const BinnedAttribute& attribute, const Model& model) {
+  std::string name = Printable(attribute.name);
+  if (model.targets.size() > 1) name += " by " + Printable(model.TargetOf(attribute)->name);
+  const std::string text =
+      fmt::format("\n{}: {}\n  {}\n", name, Heading(attribute, model), Summary(attribute));
+  return attribute.bins.empty() ? text : text + BinTable(attribute, model);
 }
 
-std::string RowsLine(const RunResult& result) {
-  const FedData& fed = result.fed;
-  std::string text = Count(fed.rows, "row");
-  if (!result.options.weight.empty()) {
-    text += fmt::format(" of total weight {} by {}", WeightText(fed.weight),
-                        Printable(result.options.weight));
+std::string Title(const Model& model) {
+  const std::string names = fmt::format("{}", fmt::join(model.input.names, ", "));
+  const std::string columns = CountText(model.attributes.size(), "column");
+  if (model.method == Method::kEqualFrequency) {
+    return fmt::format("{}: {} cut into {} bins of equal frequency\n", names, columns,
+                       model.settings.bins);
   }
-  if (fed.cases != fed.rows) {
-    text += fmt::format("; {} left out, weight missing or not above zero", fed.rows - fed.cases);
+  std::vector<std::string> targets;
+  for (const Target& target : model.targets) targets.push_back(Printable(target.name));
+  return fmt::format("{}: {} binned by {}\n", names, columns, fmt::join(targets, ", "));
+}
+
+std::string RowsLine(const Model& model) {
+  const InputSummary& input = model.input;
+  std::string text = CountText(input.rows, "row");
+  if (!model.settings.weight.empty()) {
+    text += fmt::format(" of total weight {} by {}", WeightText(input.weight),
+                        Printable(model.settings.weight));
   }
-  if (fed.withoutTarget != 0) text += fmt::format("; {} without target", fed.withoutTarget);
+  if (input.cases != input.rows) {
+    text +=
+        fmt::format("; {} left out, weight missing or not above zero", input.rows - input.cases);
+  }
+  for (const Target& target : model.targets) {
+    if (target.missingCases == 0) continue;
+    const std::string which = model.targets.size() > 1 ? " " + Printable(target.name) : "";
+    text += fmt::format("; {} without target{}", target.missingCases, which);
+  }
   return text + "\n";
 }
 
 }  // namespace
 
-std::string WriteTable(const RunResult& result) {
-  std::string text = Title(result) + RowsLine(result);
-  for (const AttributeResult& attribute : result.attributes) text += Section(attribute, result);
+std::string WriteTable(const Model& model) {
+  std::string text = Title(model) + RowsLine(model);
+  for (const BinnedAttribute& attribute : model.attributes) text += Section(attribute, model);
   return text;
 }
 

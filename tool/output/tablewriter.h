@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "run/runresult.h"
+#include "model/model.h"
 
 namespace TQTool {
 
 // The result as text for people: one table of bins per column.
-std::string WriteTable(const RunResult& result);
+std::string WriteTable(const Model& model);
 
 }  // namespace TQTool

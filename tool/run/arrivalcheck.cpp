@@ -20,30 +20,31 @@ namespace {
                               what));
 }
 
-void CheckColumn(const AttributeResult& result, const FedData& fed,
+void CheckColumn(const BinnedAttribute& result, const FedData& fed,
                  const FedAttribute& fedAttribute) {
   if (result.status.IsError()) return;
-  if (result.weightWithMissing != fed.weight || result.weight != fedAttribute.validWeight ||
+  if (result.total.weight != fed.weight || result.valid.weight != fedAttribute.validWeight ||
       result.minimum != fedAttribute.minimum || result.maximum != fedAttribute.maximum) {
     ThrowLost(fmt::format("column {} lost cases on the way: {} of weight {} arrived",
-                          Quoted(result.name), result.weightWithMissing, fed.weight));
+                          Quoted(result.name), result.total.weight, fed.weight));
   }
 }
 
 // Tells the user when the bins do not add up.  It happens to equal-frequency bins of
 // a column with missing values, when its last cut point equals a value that another
 // column, or nothing, left at the end of the library's buffer.
-void NoteIncompleteBins(const AttributeResult& result) {
+void NoteIncompleteBins(const BinnedAttribute& result) {
   double sum = 0.0;
   for (const Bin& bin : result.bins) {
-    if (bin.weight != TQMV::gMissingValue) sum += bin.weight;
+    if (bin.count.weight != TQMV::gMissingValue) sum += bin.count.weight;
   }
-  if (result.bins.empty() || std::abs(sum - result.weight) <= 1e-9 * result.weight) return;
+  if (result.bins.empty() || std::abs(sum - result.valid.weight) <= 1e-9 * result.valid.weight)
+    return;
   PrintNote(
       fmt::format("the bins of column {} hold weight {} of {}: the library can lose the "
                   "last cut point of a column with missing values; to be sure, leave out "
                   "the rows without a value",
-                  Quoted(result.name), sum, result.weight));
+                  Quoted(result.name), sum, result.valid.weight));
 }
 
 }  // namespace
@@ -56,10 +57,10 @@ void CheckFileSizes(const std::vector<std::uintmax_t>& sizes, std::uint64_t case
   }
 }
 
-void CheckArrival(const RunResult& result) {
-  for (std::size_t i = 0; i < result.attributes.size(); ++i) {
-    CheckColumn(result.attributes[i], result.fed, result.fed.attributes.at(i));
-    NoteIncompleteBins(result.attributes[i]);
+void CheckArrival(const std::vector<BinnedAttribute>& attributes, const FedData& fed) {
+  for (std::size_t i = 0; i < attributes.size(); ++i) {
+    CheckColumn(attributes[i], fed, fed.attributes.at(i));
+    NoteIncompleteBins(attributes[i]);
   }
 }
 

@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "run/runresult.h"
+#include "input/recordfeed.h"
+#include "model/model.h"
 
 namespace TQTool {
 
@@ -15,6 +16,6 @@ void CheckFileSizes(const std::vector<std::uintmax_t>& sizes, std::uint64_t case
 
 // Every column's numbers must be those that were fed: reading a file back may fail as
 // well.  Throws ToolError (kFileSystem).  Also notes bins that do not add up.
-void CheckArrival(const RunResult& result);
+void CheckArrival(const std::vector<BinnedAttribute>& attributes, const FedData& fed);
 
 }  // namespace TQTool

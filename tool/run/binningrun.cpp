@@ -10,6 +10,7 @@
 #include "base/signals.h"
 #include "base/statuswords.h"
 #include "base/toolerror.h"
+#include "base/version.h"
 #include "input/csvreader.h"
 #include "input/csvsource.h"
 #include "input/inputfile.h"
@@ -28,6 +29,14 @@ namespace {
 using TQBinning::TQStatus;
 
 constexpr int kCasesPerReport = 50000;
+
+// What the user declared missing in a column.
+MissingRule RuleOf(const Options& options, const std::string& column) {
+  for (const UserMissing& definition : options.userMissing) {
+    if (definition.column == column) return definition.rule;
+  }
+  return {};
+}
 
 // What a binning method works with; everything is borrowed.
 struct Workplace {
@@ -73,24 +82,24 @@ void SetCommon(Settings& settings, const Workplace& work, SignalQuery& query,
   settings.SetCancelPointer(&query);
   settings.SetProgressListener(&progress);
   settings.SetNSkippedCasesReports(kCasesPerReport);
-  settings.SetRightBorderClosed(work.options.isRightClosed);
+  settings.SetRightBorderClosed(work.options.settings.isRightClosed);
   settings.SetTempDirName(work.directory.GetPath());
 }
 
-void BinSupervised(const Workplace& work, RunResult& result) {
+void BinSupervised(const Workplace& work, Model& model) {
   SignalQuery query;
   ProgressLine progress(work.records);
   BINSettings settings;
   SetCommon(settings, work, query, progress);
-  settings.SetNumDistinctValueThreshold(work.options.prebinThreshold);
-  settings.SetNumberOfBins(work.options.prebinBins);
-  settings.SetSmallBinDetectionThreshold(work.options.minBinFactor);
+  settings.SetNumDistinctValueThreshold(work.options.settings.prebinThreshold);
+  settings.SetNumberOfBins(work.options.settings.prebinBins);
+  settings.SetSmallBinDetectionThreshold(work.options.settings.minBinFactor);
 
   BINFactory factory;
   const std::unique_ptr<IBINAlgorithm> algorithm(factory.CreateBINAlgorithm(settings, work.list));
   ThrowIfCancelled();
   if (algorithm == nullptr) ThrowStatus(factory.GetStatus(), work.inputName);
-  result.status =
+  model.status =
       RunGuarded(work, [&] { return algorithm->CreateBins(work.records, nullptr, nullptr); });
 
   const FedData& fed = work.records.GetFedData();
@@ -102,45 +111,83 @@ void BinSupervised(const Workplace& work, RunResult& result) {
   }
   const std::vector<std::string> categories = CategoriesOf(work.list);
   const std::vector<std::size_t> order = CategoryOrder(categories);
-  for (const std::size_t c : order) result.categories.push_back(categories[c]);
+  Target& target = model.targets.emplace_back();
+  target.name = work.options.target;
+  for (const std::size_t c : order) target.categories.push_back(categories[c]);
+  target.missingCases = fed.withoutTarget;
+  target.missing = RuleOf(work.options, target.name);
   std::vector<BINAttributeTargetResults> all;
   const TQStatus status = algorithm->GetBinningResults().GetAllCutPoints(all);
   if (status.IsError()) ThrowStatus(status, work.inputName);
   for (const BINAttributeTargetResults& one : all) {
-    result.attributes.push_back(CollectResult(one, work.list, order, work.options.prebinThreshold));
+    model.attributes.push_back(
+        CollectResult(one, work.list, order, work.options.settings.prebinThreshold));
+    model.attributes.back().target = 0;
   }
 }
 
-void BinEqualFrequency(const Workplace& work, RunResult& result) {
+void BinEqualFrequency(const Workplace& work, Model& model) {
   SignalQuery query;
   ProgressLine progress(work.records);
   EFBINSettings settings;
   SetCommon(settings, work, query, progress);
-  settings.SetNumberOfBins(work.options.bins);
+  settings.SetNumberOfBins(work.options.settings.bins);
 
   EFBINFactory factory;
   const std::unique_ptr<IEFBINAlgorithm> algorithm(
       factory.CreateEFBINAlgorithm(settings, work.list));
   ThrowIfCancelled();
   if (algorithm == nullptr) ThrowStatus(factory.GetStatus(), work.inputName);
-  result.status = RunGuarded(work, [&] { return algorithm->CreateBins(work.records, nullptr); });
+  model.status = RunGuarded(work, [&] { return algorithm->CreateBins(work.records, nullptr); });
 
   std::vector<BINAttributeResults> all;
   const TQStatus status = algorithm->GetBinningResults().GetAllCutPoints(all);
   if (status.IsError()) ThrowStatus(status, work.inputName);
   for (const BINAttributeResults& one : all) {
-    result.attributes.push_back(CollectResult(one, work.list));
+    model.attributes.push_back(CollectResult(one, work.list));
+  }
+}
+
+// Tells what was read and counted.
+InputSummary Summarize(const FedData& fed, const std::string& inputName) {
+  InputSummary input;
+  input.names = {inputName};
+  input.rows = fed.rows;
+  input.cases = fed.cases;
+  input.weight = fed.weight;
+  input.droppedWeightMissing = fed.droppedWeightMissing;
+  input.droppedWeightNotPositive = fed.droppedWeightNotPositive;
+  input.droppedWeightRoundedAway = fed.droppedWeightRoundedAway;
+  return input;
+}
+
+// Without weights every case is a row.
+void TakeWeightsForRows(BinnedAttribute& attribute) {
+  attribute.valid.rows = attribute.valid.weight;
+  attribute.total.rows = attribute.total.weight;
+  for (Bin& bin : attribute.bins) {
+    bin.count.rows = bin.count.weight;
+    for (Count& count : bin.categories) count.rows = count.weight;
+  }
+}
+
+// Adds to the attributes what the options, not the library, tell about them.
+void Complete(const Options& options, std::vector<BinnedAttribute>& attributes) {
+  for (BinnedAttribute& attribute : attributes) {
+    attribute.isRightClosed = options.settings.isRightClosed;
+    attribute.missing = RuleOf(options, attribute.name);
+    if (options.settings.weight.empty()) TakeWeightsForRows(attribute);
   }
 }
 
 }  // namespace
 
-RunResult RunBinning(const Options& options) {
+Model RunBinning(const Options& options) {
   InputFile file(options.file);
   CsvSource table(
       CsvReader([&file](char* buffer, std::size_t size) { return file.Read(buffer, size); },
                 file.GetName(), options.delimiter));
-  const MissingTokens missing(options.missingTokens);
+  const MissingTokens missing(options.settings.missingTokens);
   const Columns columns = ChooseColumns(table, options, missing);
   BINVarList list = MakeVarList(table, columns, options);
   RecordFeed records(table, columns, missing, list);
@@ -148,17 +195,20 @@ RunResult RunBinning(const Options& options) {
                                                            : options.tempDir);
   const Workplace work = {options, list, records, directory, file.GetName()};
 
-  RunResult result;
-  result.options = options;
-  result.inputName = file.GetName();
+  Model model;
+  model.toolVersion = kVersion;
+  model.method = options.method;
+  model.settings = options.settings;
+  model.settings.weightMissing = RuleOf(options, options.settings.weight);
   if (options.method == Method::kSupervised) {
-    BinSupervised(work, result);
+    BinSupervised(work, model);
   } else {
-    BinEqualFrequency(work, result);
+    BinEqualFrequency(work, model);
   }
-  result.fed = records.GetFedData();
-  CheckArrival(result);
-  return result;
+  model.input = Summarize(records.GetFedData(), file.GetName());
+  CheckArrival(model.attributes, records.GetFedData());
+  Complete(options, model.attributes);
+  return model;
 }
 
 }  // namespace TQTool

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "cli/options.h"
-#include "run/runresult.h"
+#include "model/model.h"
 
 namespace TQTool {
 
 // Reads the input, lets the library bin it and makes sure that every case arrived
 // in the results.  Throws ToolError when anything fails; columns that could not be
 // cut are no failure and say so in their own status.
-RunResult RunBinning(const Options& options);
+Model RunBinning(const Options& options);
 
 }  // namespace TQTool

@@ -1,6 +1,7 @@
 #include "run/columns.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -134,17 +135,19 @@ std::vector<std::size_t> FindAttributes(const Source& table, const Options& opti
   return found;
 }
 
-void AddUserMissing(const UserMissing& definition, int index, BINVarList& list) {
-  for (const double number : definition.numbers) list.AddDiscreteUserMissing(index, number, "");
-  for (const std::string& text : definition.texts) list.AddDiscreteUserMissing(index, text, "");
-  if (definition.range.has_value()) {
-    list.SetMissingInterval(index, definition.range->GetLeftEnd(), definition.range->GetRightEnd());
+void AddUserMissing(const MissingRule& rule, int index, BINVarList& list) {
+  constexpr double kLargest = std::numeric_limits<double>::max();  // the library's "no bound"
+  for (const double number : rule.numbers) list.AddDiscreteUserMissing(index, number, "");
+  for (const std::string& text : rule.texts) list.AddDiscreteUserMissing(index, text, "");
+  if (rule.range.has_value()) {
+    list.SetMissingInterval(index, std::max(rule.range->lower, -kLargest),
+                            std::min(rule.range->upper, kLargest));
   }
 }
 
 IBINVariable::BINWRoundingOption RoundingOf(const Options& options) {
-  if (options.weightRounding == "down") return IBINVariable::kTruncate;
-  if (options.weightRounding == "closest") return IBINVariable::kRoundToClosest;
+  if (options.settings.weightRounding == "down") return IBINVariable::kTruncate;
+  if (options.settings.weightRounding == "closest") return IBINVariable::kRoundToClosest;
   return static_cast<IBINVariable::BINWRoundingOption>(2);  // leaves weights as they are
 }
 
@@ -153,9 +156,9 @@ IBINVariable::BINWRoundingOption RoundingOf(const Options& options) {
 Columns ChooseColumns(Source& table, const Options& options, const MissingTokens& missing) {
   Columns columns;
   if (!options.target.empty()) columns.target = table.GetColumn(options.target);
-  if (!options.weight.empty()) columns.weight = table.GetColumn(options.weight);
+  if (!options.settings.weight.empty()) columns.weight = table.GetColumn(options.settings.weight);
   if (columns.weight.has_value() && columns.weight == columns.target) {
-    RefuseRole("weight", options.weight, "target");
+    RefuseRole("weight", options.settings.weight, "target");
   }
   columns.attributes = FindAttributes(table, options);
   for (const std::size_t attribute : columns.attributes) {
@@ -193,7 +196,7 @@ BINVarList MakeVarList(const Source& table, const Columns& columns, const Option
                       "--attribute",
                       Quoted(name)));
     }
-    AddUserMissing(definition, index, list);
+    AddUserMissing(definition.rule, index, list);
   }
   return list;
 }

@@ -1,73 +1,60 @@
 #include "run/resultcollector.h"
 
 #include <cstddef>
-#include <limits>
-#include <utility>
 
 namespace TQTool {
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
 // What the results of both methods have.
 template <class LibraryResult>
-AttributeResult CollectCommon(const LibraryResult& from, const BINVarList& list) {
-  AttributeResult result;
+BinnedAttribute CollectCommon(const LibraryResult& from, const BINVarList& list) {
+  BinnedAttribute result;
   result.name = list.GetVarAt(from.GetAttributeIndex())->GetVariableName();
   result.status = from.GetStatus();
   result.cuts = from.GetCutPoints();
   result.numDistinct = from.GetNDistinctValues();
-  result.weight = from.GetTotalWeight();
-  result.weightWithMissing = from.GetTotalWeightWithMissing();
+  result.valid.weight = from.GetTotalWeight();
+  result.total.weight = from.GetTotalWeightWithMissing();
   result.minimum = from.GetMinimum();
   result.maximum = from.GetMaximum();
   return result;
 }
 
-// The ends of bin `b`, whose weights are still to be filled in.
-Bin MakeBin(const std::vector<double>& cuts, std::size_t b) {
-  double lower = -kInfinity;
-  double upper = kInfinity;
-  if (b > 0) lower = cuts[b - 1];
-  if (b < cuts.size()) upper = cuts[b];
-  return {lower, upper, TQMV::gMissingValue, {}};
-}
-
 }  // namespace
 
-AttributeResult CollectResult(const BINAttributeTargetResults& from, const BINVarList& list,
+BinnedAttribute CollectResult(const BINAttributeTargetResults& from, const BINVarList& list,
                               const std::vector<std::size_t>& categoryOrder, int prebinThreshold) {
-  AttributeResult result = CollectCommon(from, list);
+  BinnedAttribute result = CollectCommon(from, list);
   result.entropy = from.GetModelEntropy();
   const auto threshold = static_cast<unsigned int>(prebinThreshold);
   result.isPreBinned = threshold != 0 && result.numDistinct > threshold;
   const std::vector<std::vector<double>>& counts = from.GetCellCounts();
+  if (counts.empty() || counts.front().empty()) return result;  // nothing was binned
+  result.bins = EmptyBins(result.cuts);
   for (std::size_t b = 0; b < counts.size(); ++b) {
     const std::vector<double>& row = counts[b];  // weight, then weight per category
-    if (row.empty()) continue;                   // nothing was binned
-    Bin bin = MakeBin(result.cuts, b);
-    bin.weight = row[0];
+    Bin& bin = result.bins.at(b);
+    bin.count.weight = row.at(0);
     // Categories seen without a value of this attribute may lie beyond the row.
     for (const std::size_t c : categoryOrder) {
-      bin.classWeights.push_back(c + 1 < row.size() ? row[c + 1] : 0.0);
+      bin.categories.emplace_back().weight = c + 1 < row.size() ? row[c + 1] : 0.0;
     }
-    result.bins.push_back(std::move(bin));
   }
   return result;
 }
 
-AttributeResult CollectResult(const BINAttributeResults& from, const BINVarList& list) {
-  AttributeResult result = CollectCommon(from, list);
+BinnedAttribute CollectResult(const BINAttributeResults& from, const BINVarList& list) {
+  BinnedAttribute result = CollectCommon(from, list);
   const std::vector<double>& counts = from.GetCellCounts();
   if (counts.empty()) return result;  // nothing was binned
-  for (std::size_t b = 0; b <= result.cuts.size(); ++b) {
-    Bin bin = MakeBin(result.cuts, b);
+  result.bins = EmptyBins(result.cuts);
+  for (std::size_t b = 0; b < result.bins.size(); ++b) {
+    Bin& bin = result.bins[b];
     if (b < counts.size()) {
-      bin.weight = counts[b];
+      bin.count.weight = counts[b];
     } else if (bin.lower >= result.maximum) {
-      bin.weight = 0.0;  // the library counts no bin above a cut at the maximum
+      bin.count.weight = 0.0;  // the library counts no bin above a cut at the maximum
     }
-    result.bins.push_back(std::move(bin));
   }
   return result;
 }

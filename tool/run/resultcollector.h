@@ -5,15 +5,15 @@
 
 #include <tqbinning/tqbinning.h>
 
-#include "run/runresult.h"
+#include "model/model.h"
 
 namespace TQTool {
 
-// One column's result as the library reports it, made ready to print.  `list` names
-// the variables; `categoryOrder` are the codes of the categories in printing order.
-AttributeResult CollectResult(const BINAttributeTargetResults& from, const BINVarList& list,
+// One column's result as the library reports it.  `list` names the variables;
+// `categoryOrder` are the codes of the categories in the target's order.
+BinnedAttribute CollectResult(const BINAttributeTargetResults& from, const BINVarList& list,
                               const std::vector<std::size_t>& categoryOrder, int prebinThreshold);
-AttributeResult CollectResult(const BINAttributeResults& from, const BINVarList& list);
+BinnedAttribute CollectResult(const BINAttributeResults& from, const BINVarList& list);
 
 // The target's categories in the order of their codes.
 std::vector<std::string> CategoriesOf(const BINVarList& list);

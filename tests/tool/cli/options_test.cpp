@@ -1,5 +1,7 @@
 #include "cli/options.h"
 
+#include <cmath>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -44,14 +46,14 @@ TEST(Options, DefaultsOfASupervisedRun) {
   EXPECT_EQ("f.csv", options.file);
   EXPECT_EQ("t", options.target);
   EXPECT_THAT(options.attributes, ElementsAre());
-  EXPECT_EQ("", options.weight);
-  EXPECT_EQ("closest", options.weightRounding);
-  EXPECT_EQ(MissingTokens::Default(), options.missingTokens);
+  EXPECT_EQ("", options.settings.weight);
+  EXPECT_EQ("closest", options.settings.weightRounding);
+  EXPECT_EQ(MissingTokens::Default(), options.settings.missingTokens);
   EXPECT_EQ(',', options.delimiter);
-  EXPECT_EQ(0, options.prebinThreshold);
-  EXPECT_EQ(1000, options.prebinBins);
-  EXPECT_EQ(0.0, options.minBinFactor);
-  EXPECT_TRUE(options.isRightClosed);
+  EXPECT_EQ(0, options.settings.prebinThreshold);
+  EXPECT_EQ(1000, options.settings.prebinBins);
+  EXPECT_EQ(0.0, options.settings.minBinFactor);
+  EXPECT_TRUE(options.settings.isRightClosed);
   EXPECT_EQ("", options.tempDir);
   EXPECT_EQ(OutputFormat::kTable, options.format);
 }
@@ -61,7 +63,7 @@ TEST(Options, AliasesNameTheMethods) {
   EXPECT_EQ(Method::kSupervised, Parse({"mdlp", "-", "-t", "x"}, &answer)->method);
   const std::optional<Options> options = Parse({"ef", "f", "-b", "5"}, &answer);
   EXPECT_EQ(Method::kEqualFrequency, options->method);
-  EXPECT_EQ(5, options->bins);
+  EXPECT_EQ(5, options->settings.bins);
 }
 
 TEST(Options, EveryOptionArrives) {
@@ -87,12 +89,12 @@ TEST(Options, EveryOptionArrives) {
                                       "--format",
                                       "json"});
   EXPECT_THAT(options.attributes, ElementsAre("x,y", "z"));
-  EXPECT_EQ("n", options.weight);
-  EXPECT_EQ("down", options.weightRounding);
-  EXPECT_FALSE(options.isRightClosed);
-  EXPECT_EQ(50, options.prebinThreshold);
-  EXPECT_EQ(20, options.prebinBins);
-  EXPECT_EQ(0.25, options.minBinFactor);
+  EXPECT_EQ("n", options.settings.weight);
+  EXPECT_EQ("down", options.settings.weightRounding);
+  EXPECT_FALSE(options.settings.isRightClosed);
+  EXPECT_EQ(50, options.settings.prebinThreshold);
+  EXPECT_EQ(20, options.settings.prebinBins);
+  EXPECT_EQ(0.25, options.settings.minBinFactor);
   EXPECT_EQ(';', options.delimiter);
   EXPECT_EQ("/d", options.tempDir);
   EXPECT_EQ(OutputFormat::kJson, options.format);
@@ -115,9 +117,9 @@ TEST(Options, TabIsADelimiter) {
 }
 
 TEST(Options, MissingTokensReplaceTheDefaultAndMayBeEmpty) {
-  EXPECT_THAT(Supervised({"--missing-token=-9", "--missing-token", "x"}).missingTokens,
+  EXPECT_THAT(Supervised({"--missing-token=-9", "--missing-token", "x"}).settings.missingTokens,
               ElementsAre("-9", "x"));
-  EXPECT_THAT(Supervised({"--missing-token", ""}).missingTokens, ElementsAre(""));
+  EXPECT_THAT(Supervised({"--missing-token", ""}).settings.missingTokens, ElementsAre(""));
 }
 
 TEST(Options, UserMissingValuesAddUpPerColumn) {
@@ -125,23 +127,23 @@ TEST(Options, UserMissingValuesAddUpPerColumn) {
       {"--user-missing", "a=9, 99", "--user-missing", "b=c=-1", "--user-missing", "a=90..95,7"});
   ASSERT_EQ(2U, options.userMissing.size());
   EXPECT_EQ("a", options.userMissing[0].column);
-  EXPECT_THAT(options.userMissing[0].numbers, ElementsAre(9.0, 99.0, 7.0));
-  EXPECT_EQ(BINNumericInterval(90.0, 95.0), options.userMissing[0].range);
+  EXPECT_THAT(options.userMissing[0].rule.numbers, ElementsAre(9.0, 99.0, 7.0));
+  EXPECT_EQ((ClosedRange{90.0, 95.0}), options.userMissing[0].rule.range);
   EXPECT_EQ("b=c", options.userMissing[1].column);
-  EXPECT_THAT(options.userMissing[1].numbers, ElementsAre(-1.0));
-  EXPECT_EQ(std::nullopt, options.userMissing[1].range);
+  EXPECT_THAT(options.userMissing[1].rule.numbers, ElementsAre(-1.0));
+  EXPECT_EQ(std::nullopt, options.userMissing[1].rule.range);
 }
 
 TEST(Options, UserMissingRangesMayBeOpen) {
   const Options options = Supervised({"--user-missing", "a=..0", "--user-missing", "b=1.5.."});
-  EXPECT_EQ(BINNumericInterval(0.0, true), options.userMissing[0].range);
-  EXPECT_EQ(BINNumericInterval(1.5, false), options.userMissing[1].range);
+  EXPECT_EQ((ClosedRange{-INFINITY, 0.0}), options.userMissing[0].rule.range);
+  EXPECT_EQ((ClosedRange{1.5, INFINITY}), options.userMissing[1].rule.range);
 }
 
 TEST(Options, UserMissingValuesOfTheTargetAreTexts) {
   const Options options = Supervised({"--user-missing", "t=don't know,1..2"});
-  EXPECT_THAT(options.userMissing[0].texts, ElementsAre("don't know", "1..2"));
-  EXPECT_THAT(options.userMissing[0].numbers, ElementsAre());
+  EXPECT_THAT(options.userMissing[0].rule.texts, ElementsAre("don't know", "1..2"));
+  EXPECT_THAT(options.userMissing[0].rule.numbers, ElementsAre());
 }
 
 TEST(Options, BadUserMissingValuesAreRefused) {

@@ -86,7 +86,7 @@ TEST(RecordFeed, AddsUpWhatCounts) {
 
 TEST(RecordFeed, UserMissingValuesDoNotCount) {
   const Feed feed = FeedOf("x,1,9,1\nx,1,5,1\nx,1,2,1\n", true, true,
-                           {{"a", {9.0}, {}, BINNumericInterval(4.0, 6.0)}});
+                           {{"a", {{9.0}, ClosedRange{4.0, 6.0}, {}}}});
   EXPECT_EQ(1.0, feed.fed.attributes[0].validWeight);
   EXPECT_EQ(2.0, feed.fed.attributes[0].maximum);
   EXPECT_EQ(3.0, feed.fed.attributes[1].validWeight);

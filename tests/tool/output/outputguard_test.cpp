@@ -44,12 +44,5 @@ TEST(OutputGuard, SilenceIsEmpty) {
   EXPECT_EQ("", guard.Finish());
 }
 
-TEST(WriteStandardOutput, WritesAll) {
-  const std::string text(300000, 'x');
-  testing::internal::CaptureStdout();
-  WriteStandardOutput(text);
-  EXPECT_EQ(text, testing::internal::GetCapturedStdout());
-}
-
 }  // namespace
 }  // namespace TQTool

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "writertesting.h"
+#include "modeltesting.h"
 
 namespace TQTool {
 namespace {
@@ -23,7 +23,7 @@ TEST(TableWriter, WritesASupervisedResult) {
       "  (2.5, inf)      3  25.0%   0    3\n"
       "  total          10  83.3%   6    4\n"
       "  missing         2  16.7%\n",
-      WriteTable(SmallResult()));
+      WriteTable(SmallModel()));
 }
 
 TEST(TableWriter, WritesAnEqualFrequencyResult) {
@@ -38,30 +38,31 @@ TEST(TableWriter, WritesAnEqualFrequencyResult) {
       "  (2.5, inf)      3  25.0%\n"
       "  total          10  83.3%\n"
       "  missing         2  16.7%\n",
-      WriteTable(SmallEqualFrequencyResult()));
+      WriteTable(SmallEqualFrequencyModel()));
 }
 
 TEST(TableWriter, ClosedSideShowsInTheIntervals) {
-  RunResult result = SmallResult();
-  result.options.isRightClosed = false;
-  EXPECT_THAT(WriteTable(result), HasSubstr("(-inf, 2.5) "));
-  EXPECT_THAT(WriteTable(result), HasSubstr("[2.5, inf) "));
+  Model model = SmallModel();
+  model.attributes[0].isRightClosed = false;
+  EXPECT_THAT(WriteTable(model), HasSubstr("(-inf, 2.5) "));
+  EXPECT_THAT(WriteTable(model), HasSubstr("[2.5, inf) "));
 }
 
 TEST(TableWriter, InnerBinsAreClosedOnOneSide) {
-  RunResult result = SmallEqualFrequencyResult();
-  result.attributes[0].bins.push_back({1.0, 2.0, 0.0, {}});
-  EXPECT_THAT(WriteTable(result), HasSubstr("(1, 2] "));
-  result.options.isRightClosed = false;
-  EXPECT_THAT(WriteTable(result), HasSubstr("[1, 2) "));
+  Model model = SmallEqualFrequencyModel();
+  model.attributes[0].cuts = {1.0, 2.0};
+  model.attributes[0].bins = EmptyBins({1.0, 2.0});
+  EXPECT_THAT(WriteTable(model), HasSubstr("(1, 2] "));
+  model.attributes[0].isRightClosed = false;
+  EXPECT_THAT(WriteTable(model), HasSubstr("[1, 2) "));
 }
 
 TEST(TableWriter, StatusComesWithReasonAndRemedy) {
-  RunResult result = SmallResult();
-  result.attributes[0].status = TQBinning::TQStatus(TQBinning::kNoValidCase, true);
-  result.attributes[0].bins.clear();
-  result.attributes[0].numDistinct = 0;
-  EXPECT_THAT(WriteTable(result),
+  Model model = SmallModel();
+  model.attributes[0].status = TQBinning::TQStatus(TQBinning::kNoValidCase, true);
+  model.attributes[0].bins.clear();
+  model.attributes[0].numDistinct = 0;
+  EXPECT_THAT(WriteTable(model),
               HasSubstr("\nincome: not binned: every value is missing, or its row's target is\n"
                         "  what to do: check the column, --missing-token and --user-missing "
                         "(library code 120015)\n"
@@ -69,13 +70,13 @@ TEST(TableWriter, StatusComesWithReasonAndRemedy) {
 }
 
 TEST(TableWriter, WeightsAreNamedAndFractionsShort) {
-  RunResult result = SmallResult();
-  result.options.weight = "n";
-  result.fed.rows = 15;
-  result.fed.weight = 12.0;
-  result.attributes[0].bins[0].weight = 7.123456;
-  result.attributes[0].bins[1].weight = 0.0001234;
-  const std::string text = WriteTable(result);
+  Model model = SmallModel();
+  model.settings.weight = "n";
+  model.input.rows = 15;
+  model.input.weight = 12.0;
+  model.attributes[0].bins[0].count.weight = 7.123456;
+  model.attributes[0].bins[1].count.weight = 0.0001234;
+  const std::string text = WriteTable(model);
   EXPECT_THAT(text, HasSubstr("\n15 rows of total weight 12 by n; 3 left out, weight missing or "
                               "not above zero\n"));
   EXPECT_THAT(text, HasSubstr(" weight  share "));
@@ -84,44 +85,64 @@ TEST(TableWriter, WeightsAreNamedAndFractionsShort) {
 }
 
 TEST(TableWriter, BigWholeNumbersAreWritten) {
-  RunResult result = SmallResult();
-  result.attributes[0].bins[0].weight = 6179373392.0;
-  EXPECT_THAT(WriteTable(result), HasSubstr(" 6179373392 "));
+  Model model = SmallModel();
+  model.attributes[0].bins[0].count.weight = 6179373392.0;
+  EXPECT_THAT(WriteTable(model), HasSubstr(" 6179373392 "));
 }
 
 TEST(TableWriter, RowsWithoutTargetAreCounted) {
-  RunResult result = SmallResult();
-  result.fed.withoutTarget = 2;
-  EXPECT_THAT(WriteTable(result), HasSubstr("\n12 rows; 2 without target\n"));
+  Model model = SmallModel();
+  model.targets[0].missingCases = 2;
+  EXPECT_THAT(WriteTable(model), HasSubstr("\n12 rows; 2 without target\n"));
 }
 
 TEST(TableWriter, PreBinningIsSaid) {
-  RunResult result = SmallResult();
-  result.attributes[0].isPreBinned = true;
-  EXPECT_THAT(WriteTable(result), HasSubstr("2 bins, cut between 1000 equal-frequency pre-bins"));
+  Model model = SmallModel();
+  model.attributes[0].isPreBinned = true;
+  EXPECT_THAT(WriteTable(model), HasSubstr("2 bins, cut between 1000 equal-frequency pre-bins"));
 }
 
 TEST(TableWriter, NothingMissingNeedsNoLine) {
-  RunResult result = SmallResult();
-  result.attributes[0].weightWithMissing = 10.0;
-  EXPECT_THAT(WriteTable(result), Not(HasSubstr("missing")));
+  Model model = SmallModel();
+  model.attributes[0].total.weight = 10.0;
+  EXPECT_THAT(WriteTable(model), Not(HasSubstr("missing")));
 }
 
 TEST(TableWriter, NamesCannotSteerATerminal) {
-  RunResult result = SmallResult();
-  result.attributes[0].name = "a\x1b[2J";
-  result.categories[0] = "n\to";
-  result.options.target = "p\n";
-  const std::string text = WriteTable(result);
+  Model model = SmallModel();
+  model.attributes[0].name = "a\x1b[2J";
+  model.targets[0].categories[0] = "n\to";
+  model.targets[0].name = "p\n";
+  const std::string text = WriteTable(model);
   EXPECT_THAT(text, HasSubstr("\na\\x1b[2J: "));
   EXPECT_THAT(text, HasSubstr(" n\\to "));
   EXPECT_THAT(text, HasSubstr("by p\\n\n"));
 }
 
 TEST(TableWriter, UnknownWeightIsAQuestionMark) {
-  RunResult result = SmallEqualFrequencyResult();
-  result.attributes[0].bins[1].weight = TQMV::gMissingValue;
-  EXPECT_THAT(WriteTable(result), HasSubstr("(2.5, inf)      ?      ?\n"));
+  Model model = SmallEqualFrequencyModel();
+  model.attributes[0].bins[1].count.weight = TQMV::gMissingValue;
+  EXPECT_THAT(WriteTable(model), HasSubstr("(2.5, inf)      ?      ?\n"));
+}
+
+TEST(TableWriter, EveryPairOfSeveralTargetsIsNamed) {
+  Model model = SmallModel();
+  model.targets.push_back({"late", {"no", "yes"}, 1, {}});
+  model.attributes.push_back(model.attributes[0]);
+  model.attributes[1].target = 1;
+  const std::string text = WriteTable(model);
+  EXPECT_THAT(text, HasSubstr("binned by paid, late\n"));
+  EXPECT_THAT(text, HasSubstr("; 1 without target late\n"));
+  EXPECT_THAT(text, HasSubstr("\nincome by paid: 2 bins\n"));
+  EXPECT_THAT(text, HasSubstr("\nincome by late: 2 bins\n"));
+}
+
+TEST(TableWriter, CountsOfEditedBinsMayBeUnknown) {
+  Model model = SmallModel();
+  model.attributes[0].isEdited = true;
+  model.attributes[0].bins[0].categories[1] = {};
+  EXPECT_THAT(WriteTable(model), HasSubstr("income: 2 bins, edited"));
+  EXPECT_THAT(WriteTable(model), HasSubstr("  (-inf, 2.5]     7  58.3%   6    ?\n"));
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "modeltesting.h"
 #include "tooltesting.h"
-#include "writertesting.h"
 
 namespace TQTool {
 namespace {
@@ -12,41 +12,48 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-// The small result, with the numbers that were fed for it.
-RunResult ArrivedResult() {
-  RunResult result = SmallResult();
+// What came of a run, and what was fed for it.
+struct Arrived {
+  std::vector<BinnedAttribute> attributes;
+  FedData fed;
+};
+
+// The small model's attribute, with the numbers that were fed for it.
+Arrived ArrivedResult() {
+  Arrived result = {SmallModel().attributes, {}};
+  result.fed.weight = 12.0;
   result.fed.attributes = {{10.0, -0.1, 1e6}};
   return result;
 }
 
-std::string ErrorIn(const RunResult& result) {
-  return ErrorOf([&result] { CheckArrival(result); });
+std::string ErrorIn(const Arrived& result) {
+  return ErrorOf([&result] { CheckArrival(result.attributes, result.fed); });
 }
 
 TEST(CheckArrival, AcceptsWhatWasFed) { EXPECT_EQ("none", ErrorIn(ArrivedResult())); }
 
 TEST(CheckArrival, EveryNumberCounts) {
   const auto expectLost = [](const auto& change) {
-    RunResult result = ArrivedResult();
+    Arrived result = ArrivedResult();
     change(result);
     EXPECT_THAT(ErrorIn(result), StartsWith("4: column 'income' lost cases on the way:"));
   };
-  expectLost([](RunResult& result) { result.fed.weight = 13.0; });
-  expectLost([](RunResult& result) { result.fed.attributes[0].validWeight = 11.0; });
-  expectLost([](RunResult& result) { result.fed.attributes[0].minimum = 0.0; });
-  expectLost([](RunResult& result) { result.fed.attributes[0].maximum = 0.0; });
+  expectLost([](Arrived& result) { result.fed.weight = 13.0; });
+  expectLost([](Arrived& result) { result.fed.attributes[0].validWeight = 11.0; });
+  expectLost([](Arrived& result) { result.fed.attributes[0].minimum = 0.0; });
+  expectLost([](Arrived& result) { result.fed.attributes[0].maximum = 0.0; });
 }
 
 TEST(CheckArrival, ColumnThatEndedInAnErrorHasNoNumbers) {
-  RunResult result = ArrivedResult();
+  Arrived result = ArrivedResult();
   result.attributes[0].status = TQBinning::TQStatus(3, false);
   result.attributes[0].bins.clear();
-  result.attributes[0].weight = 0.0;
+  result.attributes[0].valid.weight = 0.0;
   EXPECT_EQ("none", ErrorIn(result));
 }
 
 TEST(CheckArrival, BinsThatDoNotAddUpAreNoted) {
-  RunResult result = ArrivedResult();
+  Arrived result = ArrivedResult();
   result.attributes[0].bins.pop_back();
   testing::internal::CaptureStderr();
   EXPECT_EQ("none", ErrorIn(result));

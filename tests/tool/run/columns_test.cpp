@@ -41,7 +41,7 @@ Options WithTarget(const std::string& target) {
 
 TEST(ChooseColumns, TakesNumericColumnsButTargetAndWeight) {
   Options options = WithTarget("t");
-  options.weight = "w";
+  options.settings.weight = "w";
   const Choice choice = ChooseIn("a,t,b,w,c\n1,2,x,4,NA\n,2,y,4,-5e3\n", options);
   EXPECT_EQ("none", choice.error);
   EXPECT_EQ(1U, choice.columns.target);
@@ -98,10 +98,10 @@ TEST(ChooseColumns, UnknownNamesAreErrors) {
 
 TEST(ChooseColumns, ColumnInTwoRolesIsAnError) {
   Options options = WithTarget("t");
-  options.weight = "t";
+  options.settings.weight = "t";
   EXPECT_EQ("2: --weight: 't' is the target already; expected another column",
             ChooseIn("a,t\n1,2\n", options).error);
-  options.weight = "a";
+  options.settings.weight = "a";
   options.attributes = {"a"};
   EXPECT_EQ("2: --attribute: 'a' is the weight already; expected another column",
             ChooseIn("a,t\n1,2\n", options).error);
@@ -136,7 +136,7 @@ TEST(MakeVarList, ListsTargetWeightAndAttributes) {
 TEST(MakeVarList, RoundsWeightsAsAsked) {
   const auto rounded = [](const std::string& rule) {
     Options options = WithTarget("t");
-    options.weightRounding = rule;
+    options.settings.weightRounding = rule;
     const BINVarList list = ListFor(options);
     return dynamic_cast<const BINRoundEncoder*>(list.GetEncoderAt(1))->Encode(2.75);
   };
@@ -147,9 +147,9 @@ TEST(MakeVarList, RoundsWeightsAsAsked) {
 
 TEST(MakeVarList, HandsUserMissingValuesOn) {
   Options options = WithTarget("t");
-  options.userMissing = {{"a", {9.0}, {}, BINNumericInterval(5.0, 6.0)},
-                         {"t", {}, {"x"}, std::nullopt},
-                         {"w", {1.0}, {}, std::nullopt}};
+  options.userMissing = {{"a", {{9.0}, ClosedRange{5.0, 6.0}, {}}},
+                         {"t", {{}, std::nullopt, {"x"}}},
+                         {"w", {{1.0}, std::nullopt, {}}}};
   BINVarList list = ListFor(options);
   const auto* const missing =
       dynamic_cast<const BINNumericUserMissing*>(list.GetVarAt(3)->GetUserMissingInfo());
@@ -165,7 +165,7 @@ TEST(MakeVarList, HandsUserMissingValuesOn) {
 TEST(MakeVarList, UserMissingValuesOfAColumnThatTakesNoPartAreAnError) {
   const CsvSource table(ReaderOf("a,b\n1,2\n"));
   Options options;
-  options.userMissing = {{"b", {9.0}, {}, std::nullopt}};
+  options.userMissing = {{"b", {{9.0}, std::nullopt, {}}}};
   EXPECT_THAT(ErrorOf([&] {
                 MakeVarList(table, {std::nullopt, std::nullopt, {0}}, options);
               }),

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <tqcommon/tqcommon.h>
 
-#include "writertesting.h"
+#include "modeltesting.h"
 
 namespace TQTool {
 namespace {
@@ -22,7 +22,7 @@ BINVarList TwoVariables() {
 }
 
 // A supervised result of variable 1 with these cuts and (flat) cell counts.
-AttributeResult Supervised(const std::set<double>& cuts, const std::vector<double>& cellCounts,
+BinnedAttribute Supervised(const std::set<double>& cuts, const std::vector<double>& cellCounts,
                            const std::vector<std::size_t>& order, int prebinThreshold = 0) {
   BINOutput output;
   EXPECT_TRUE(output
@@ -34,7 +34,13 @@ AttributeResult Supervised(const std::set<double>& cuts, const std::vector<doubl
   return CollectResult(all.at(0), TwoVariables(), order, prebinThreshold);
 }
 
-AttributeResult EqualFrequency(const std::vector<double>& cuts, const std::vector<double>& counts) {
+std::vector<double> WeightsOf(const std::vector<Count>& counts) {
+  std::vector<double> weights;
+  for (const Count& count : counts) weights.push_back(count.weight);
+  return weights;
+}
+
+BinnedAttribute EqualFrequency(const std::vector<double>& cuts, const std::vector<double>& counts) {
   EFBINOutput output;
   EXPECT_TRUE(
       output.SetAttributeResults(TQStatus(), cuts, counts, 1, 5, 10.0, 12.0, -1.0, 9.0).IsOK());
@@ -44,19 +50,19 @@ AttributeResult EqualFrequency(const std::vector<double>& cuts, const std::vecto
 }
 
 TEST(CollectResult, TakesTheNumbersOver) {
-  const AttributeResult result = Supervised({}, {10.0, 6.0, 4.0}, {0, 1});
+  const BinnedAttribute result = Supervised({}, {10.0, 6.0, 4.0}, {0, 1});
   EXPECT_EQ("a", result.name);
   EXPECT_EQ(TQStatus(120017, true), result.status);
   EXPECT_EQ(5U, result.numDistinct);
-  EXPECT_EQ(10.0, result.weight);
-  EXPECT_EQ(12.0, result.weightWithMissing);
+  EXPECT_EQ(10.0, result.valid.weight);
+  EXPECT_EQ(12.0, result.total.weight);
   EXPECT_EQ(-1.0, result.minimum);
   EXPECT_EQ(9.0, result.maximum);
   EXPECT_EQ(0.5, result.entropy);
 }
 
 TEST(CollectResult, BinsLieBetweenTheCutsAndCategoriesInTheirOrder) {
-  const AttributeResult result = Supervised({2.0, 4.0}, {6, 1, 5, 3, 3, 0, 1, 0, 1}, {1, 0});
+  const BinnedAttribute result = Supervised({2.0, 4.0}, {6, 1, 5, 3, 3, 0, 1, 0, 1}, {1, 0});
   EXPECT_THAT(result.cuts, ElementsAre(2.0, 4.0));
   ASSERT_EQ(3U, result.bins.size());
   EXPECT_EQ(-kInfinity, result.bins[0].lower);
@@ -64,13 +70,13 @@ TEST(CollectResult, BinsLieBetweenTheCutsAndCategoriesInTheirOrder) {
   EXPECT_EQ(2.0, result.bins[1].lower);
   EXPECT_EQ(4.0, result.bins[1].upper);
   EXPECT_EQ(kInfinity, result.bins[2].upper);
-  EXPECT_EQ(6.0, result.bins[0].weight);
-  EXPECT_THAT(result.bins[0].classWeights, ElementsAre(5.0, 1.0));
-  EXPECT_THAT(result.bins[2].classWeights, ElementsAre(1.0, 0.0));
+  EXPECT_EQ(6.0, result.bins[0].count.weight);
+  EXPECT_THAT(WeightsOf(result.bins[0].categories), ElementsAre(5.0, 1.0));
+  EXPECT_THAT(WeightsOf(result.bins[2].categories), ElementsAre(1.0, 0.0));
 }
 
 TEST(CollectResult, CategoryBeyondTheRowWeighsNothing) {
-  EXPECT_THAT(Supervised({}, {10.0, 6.0, 4.0}, {2, 0, 1}).bins[0].classWeights,
+  EXPECT_THAT(WeightsOf(Supervised({}, {10.0, 6.0, 4.0}, {2, 0, 1}).bins[0].categories),
               ElementsAre(0.0, 6.0, 4.0));
 }
 
@@ -86,21 +92,21 @@ TEST(CollectResult, PreBinningDependsOnTheThreshold) {
 }
 
 TEST(CollectResult, EqualFrequencyBinsHaveWeightsOnly) {
-  const AttributeResult result = EqualFrequency({2.0}, {6.0, 4.0});
+  const BinnedAttribute result = EqualFrequency({2.0}, {6.0, 4.0});
   ASSERT_EQ(2U, result.bins.size());
-  EXPECT_EQ(4.0, result.bins[1].weight);
-  EXPECT_TRUE(result.bins[1].classWeights.empty());
+  EXPECT_EQ(4.0, result.bins[1].count.weight);
+  EXPECT_TRUE(result.bins[1].categories.empty());
   EXPECT_EQ(TQMV::gMissingValue, result.entropy);
 }
 
 TEST(CollectResult, BinAboveACutAtTheMaximumIsEmpty) {
-  const AttributeResult result = EqualFrequency({9.0}, {10.0});
+  const BinnedAttribute result = EqualFrequency({9.0}, {10.0});
   ASSERT_EQ(2U, result.bins.size());
-  EXPECT_EQ(0.0, result.bins[1].weight);
+  EXPECT_EQ(0.0, result.bins[1].count.weight);
 }
 
 TEST(CollectResult, WeightThatIsNotThereIsUnknown) {
-  EXPECT_EQ(TQMV::gMissingValue, EqualFrequency({2.0}, {10.0}).bins[1].weight);
+  EXPECT_EQ(TQMV::gMissingValue, EqualFrequency({2.0}, {10.0}).bins[1].count.weight);
 }
 
 TEST(CategoriesOf, ListsThemByCode) {

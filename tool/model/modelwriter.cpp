@@ -1,0 +1,143 @@
+#include "model/modelwriter.h"
+
+#include <cmath>
+
+#include "base/statuswords.h"
+#include "model/jsontext.h"
+#include "model/modelformat.h"
+
+namespace TQTool {
+namespace {
+
+Json Number(double number) {
+  if (number == TQMV::gMissingValue || !std::isfinite(number)) return nullptr;
+  return number;
+}
+
+Json Numbers(const std::vector<double>& numbers) {
+  Json result = Json::array();
+  for (const double number : numbers) result.push_back(Number(number));
+  return result;
+}
+
+// A text that may be absent.
+Json Text(const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); }
+
+const char* SideText(bool isRightClosed) { return isRightClosed ? "right" : "left"; }
+
+Json StatusJson(const TQBinning::TQStatus& status) {
+  const StatusWords& words = WordsOf(status.GetErrorCode());
+  return {{"code", status.GetErrorCode()},
+          {"severity", SeverityOf(status)},
+          {"words", words.words},
+          {"reason", words.reason},
+          {"remedy", words.remedy}};
+}
+
+Json NumericRuleJson(const MissingRule& rule) {
+  Json range = nullptr;
+  if (rule.range.has_value()) range = {Number(rule.range->lower), Number(rule.range->upper)};
+  return {{"values", Numbers(rule.numbers)}, {"range", range}};
+}
+
+Json InputJson(const InputSummary& input) {
+  return {{"names", input.names},
+          {"rows", input.rows},
+          {"cases", input.cases},
+          {"weight", Number(input.weight)},
+          {"dropped",
+           {{"weight_missing", input.droppedWeightMissing},
+            {"weight_not_positive", input.droppedWeightNotPositive},
+            {"weight_rounded_away", input.droppedWeightRoundedAway}}}};
+}
+
+Json WeightJson(const Settings& settings) {
+  if (settings.weight.empty()) return nullptr;
+  return {{"column", settings.weight},
+          {"rounding", settings.weightRounding},
+          {"scale", Text(settings.weightScale)},
+          {"missing", NumericRuleJson(settings.weightMissing)}};
+}
+
+Json SettingsJson(const Settings& settings, Method method) {
+  Json result;
+  if (method == Method::kSupervised) {
+    result["prebin_threshold"] = settings.prebinThreshold;
+    result["prebin_bins"] = settings.prebinBins;
+    result["min_bin_factor"] = settings.minBinFactor;
+  } else {
+    result["bins"] = settings.bins;
+  }
+  result["closed"] = SideText(settings.isRightClosed);
+  result["weight"] = WeightJson(settings);
+  result["missing_tokens"] = settings.missingTokens;
+  return result;
+}
+
+Json TargetJson(const Target& target) {
+  return {{"name", target.name},
+          {"categories", target.categories},
+          {"missing_cases", target.missingCases},
+          {"missing", {{"values", target.missing.texts}}}};
+}
+
+Json BinJson(const Bin& bin, bool isRightClosed) {
+  Json result = {{"lower", Number(bin.lower)},
+                 {"upper", Number(bin.upper)},
+                 {"closed", SideText(isRightClosed)},
+                 {"weight", Number(bin.count.weight)},
+                 {"rows", Number(bin.count.rows)}};
+  if (bin.categories.empty()) return result;
+  Json& weights = result["category_weights"] = Json::array();
+  Json& rows = result["category_rows"] = Json::array();
+  for (const Count& count : bin.categories) {
+    weights.push_back(Number(count.weight));
+    rows.push_back(Number(count.rows));
+  }
+  return result;
+}
+
+Json AttributeJson(const BinnedAttribute& attribute, const Target* target) {
+  Json result = {{"name", attribute.name},
+                 {"target", target == nullptr ? Json(nullptr) : Json(target->name)},
+                 {"kind", "continuous"},
+                 {"status", StatusJson(attribute.status)},
+                 {"closed", SideText(attribute.isRightClosed)},
+                 {"cuts", Numbers(attribute.cuts)},
+                 {"labels", attribute.labels.empty() ? Json(nullptr) : Json(attribute.labels)},
+                 {"missing", NumericRuleJson(attribute.missing)},
+                 {"minimum", Number(attribute.minimum)},
+                 {"maximum", Number(attribute.maximum)},
+                 {"distinct_values", attribute.numDistinct},
+                 {"entropy", Number(attribute.entropy)},
+                 {"prebinned", attribute.isPreBinned},
+                 {"edited", attribute.isEdited},
+                 {"weight", Number(attribute.valid.weight)},
+                 {"rows", Number(attribute.valid.rows)},
+                 {"total_weight", Number(attribute.total.weight)},
+                 {"total_rows", Number(attribute.total.rows)}};
+  Json& bins = result["bins"] = Json::array();
+  for (const Bin& bin : attribute.bins) bins.push_back(BinJson(bin, attribute.isRightClosed));
+  return result;
+}
+
+}  // namespace
+
+std::string WriteModel(const Model& model) {
+  Json document = {{"format", kModelFormat}, {"version", kModelVersion}};
+  document["tool"] = {{"name", "tqbin"}, {"version", model.toolVersion}};
+  document["created"] = Text(model.created);
+  document["method"] = NameOf(model.method);
+  document["input"] = InputJson(model.input);
+  document["settings"] = SettingsJson(model.settings, model.method);
+  Json& targets = document["targets"] = Json::array();
+  for (const Target& target : model.targets) targets.push_back(TargetJson(target));
+  document["status"] = StatusJson(model.status);
+  Json& attributes = document["attributes"] = Json::array();
+  for (const BinnedAttribute& attribute : model.attributes) {
+    attributes.push_back(AttributeJson(attribute, model.TargetOf(attribute)));
+  }
+  return PrintJson(document);
+}
+
+}  // namespace TQTool

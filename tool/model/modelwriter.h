@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "model/model.h"
+
+namespace TQTool {
+
+// The text of a model file: JSON as docs/model.schema.json describes it, the same to
+// the byte for the same model.
+std::string WriteModel(const Model& model);
+
+}  // namespace TQTool

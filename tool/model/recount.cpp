@@ -1,0 +1,49 @@
+#include "model/recount.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <numeric>
+
+namespace TQTool {
+namespace {
+
+// The sum of two numbers of which either may not be known.
+double Sum(double a, double b) {
+  return a == TQMV::gMissingValue || b == TQMV::gMissingValue ? TQMV::gMissingValue : a + b;
+}
+
+Count Sum(const Count& a, const Count& b) { return {Sum(a.weight, b.weight), Sum(a.rows, b.rows)}; }
+
+}  // namespace
+
+Bin Sum(const Bin& a, const Bin& b) {
+  Bin sum = {std::min(a.lower, b.lower), std::max(a.upper, b.upper), Sum(a.count, b.count), {}};
+  for (std::size_t c = 0; c < a.categories.size(); ++c) {
+    sum.categories.push_back(Sum(a.categories[c], b.categories.at(c)));
+  }
+  return sum;
+}
+
+bool FitCuts(const std::vector<Bin>& bins, const std::vector<double>& cuts) {
+  const std::vector<Bin> wanted = EmptyBins(cuts);
+  return std::equal(
+      bins.begin(), bins.end(), wanted.begin(), wanted.end(),
+      [](const Bin& a, const Bin& b) { return a.lower == b.lower && a.upper == b.upper; });
+}
+
+std::vector<Bin> MergeBins(const std::vector<Bin>& counted, const std::vector<double>& cuts) {
+  std::vector<Bin> bins = EmptyBins(cuts);
+  for (Bin& bin : bins) {
+    const auto first = std::find_if(counted.begin(), counted.end(),
+                                    [&](const Bin& one) { return one.lower == bin.lower; });
+    const auto last =
+        std::find_if(first, counted.end(), [&](const Bin& one) { return one.upper == bin.upper; });
+    if (!counted.empty()) bin.categories.resize(counted.front().categories.size());
+    if (last == counted.end()) continue;
+    bin = std::accumulate(first + 1, last + 1, *first,
+                          [](const Bin& sum, const Bin& one) { return Sum(sum, one); });
+  }
+  return bins;
+}
+
+}  // namespace TQTool

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <vector>
+
+#include "model/model.h"
+
+namespace TQTool {
+
+// Whether bins lie between these cut points, one after the other.
+bool FitCuts(const std::vector<Bin>& bins, const std::vector<double>& cuts);
+
+// The counts of two bins together; a sum with a number that is not known is not known.
+Bin Sum(const Bin& a, const Bin& b);
+
+// The bins between new cut points: one whose ends are ends of `counted` bins gets the
+// sum of their counts, the counts of any other are not known.
+std::vector<Bin> MergeBins(const std::vector<Bin>& counted, const std::vector<double>& cuts);
+
+}  // namespace TQTool
