@@ -58,10 +58,10 @@ void SortTuples(benchmark::State& state, Shape shape, int distinct) {
                                         .isWeighted = true});
   const std::vector<Tuple> unsorted = TuplesOf<Tuple>(columns);
   std::vector<Tuple> tuples;
-  TQBinning::SortScratch scratch;
+  TQBinning::SortMemory memory;
   for (auto _ : state) {
     tuples = unsorted;
-    bench::TimeIteration(state, [&] { TQBinning::SortByValue(std::span<Tuple>(tuples), scratch); });
+    bench::TimeIteration(state, [&] { TQBinning::SortByValue(std::span<Tuple>(tuples), memory); });
     benchmark::DoNotOptimize(tuples.data());
   }
   const std::vector<double> values = SortedValues(columns);

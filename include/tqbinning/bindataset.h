@@ -79,7 +79,10 @@ class TQBINNING_EXPORT BINDataSet {
   int ColumnOf(unsigned int variable) const;
   Reader OpenColumn(int column) const;
   TQBinning::TQStatus AllocateTuples();
-  void Summarise(unsigned int distinctValues, double minimum, double maximum);
+  template <typename Store>
+  TQBINNING_HIDDEN void ReadColumn(unsigned int column, Store store);
+  template <typename Tuple>
+  TQBINNING_HIDDEN void ReadSorted(unsigned int column, std::vector<Tuple>* tuples);
 
   int fNumberOfClasses;
   bool fHasWeight;

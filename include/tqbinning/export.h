@@ -4,6 +4,8 @@
 // everything else is hidden.
 #if defined(__GNUC__)
 #define TQBINNING_EXPORT [[gnu::visibility("default")]]
+// What a class that hosts see keeps to itself.
+#define TQBINNING_HIDDEN [[gnu::visibility("hidden")]]
 #else
 #define TQBINNING_EXPORT
 #endif

@@ -4,10 +4,13 @@
 
 #include "algorithm/componentversion.h"
 #include "algorithm/createbins.h"
+#include "algorithm/cutsearchmemory.h"
 #include "algorithm/datapass.h"
 #include "algorithm/progresspacer.h"
 #include "common/lineend.h"
 #include "common/raise.h"
+#include "common/runmemory.h"
+#include "data/sortmemory.h"
 #include "tqbinning/bindatapreparator.h"
 #include "tqbinning/bindataset.h"
 #include "tqbinning/binefpreprocess.h"
@@ -123,6 +126,8 @@ TQStatus BINAlgorithm::CheckAttribute(int attribute) const {
 
 TQStatus BINAlgorithm::DoCreateBins(const std::vector<int>* attributes,
                                     const std::vector<int>* targets) {
+  const RunMemory<SortMemory> sortMemory;
+  const RunMemory<CutSearchMemory> cutSearchMemory;
   fPreProcess = std::make_unique<BINEFPreProcess>(fNumberOfBins, fRightBorderClosed);
   ProgressPacer pacer(fSettings.GetProgressListener(), fSettings.GetNSkippedAttReports());
   TQStatus status;

@@ -8,6 +8,8 @@
 #include "algorithm/progresspacer.h"
 #include "common/lineend.h"
 #include "common/raise.h"
+#include "common/runmemory.h"
+#include "data/sortmemory.h"
 #include "tqbinning/bindatapreparator.h"
 #include "tqbinning/bindataset.h"
 #include "tqbinning/binefpreprocess.h"
@@ -97,6 +99,7 @@ TQStatus EFBINAlgorithm::CheckAttribute(int attribute) const {
 }
 
 TQStatus EFBINAlgorithm::DoCreateBins(const std::vector<int>* indices) {
+  const RunMemory<SortMemory> sortMemory;
   fPreProcess = std::make_unique<BINEFPreProcess>(fNumberOfBins, fRightBorderClosed);
   ProgressPacer pacer(fSettings.GetProgressListener(), fSettings.GetNSkippedAttReports());
   TQStatus status;

@@ -6,11 +6,11 @@
 #include <span>
 #include <utility>
 
+#include "algorithm/cutsearchmemory.h"
 #include "algorithm/entropykernel.h"
 #include "algorithm/littlebins.h"
-#include "algorithm/nlogn.h"
-#include "algorithm/wholeweightrows.h"
 #include "common/raise.h"
+#include "common/runmemory.h"
 #include "tqbinning/binalgorithm.h"
 #include "tqbinning/bindataset.h"
 
@@ -50,11 +50,11 @@ std::vector<double> CountCells(std::span<const double> rowValues, const CountsTa
 // Splits the rows and counts the cells of the bins, by whole numbers.  `valueOf(row)`
 // is the value that a row stands for.
 template <typename ValueOf>
-void SplitWholeWeights(WholeWeightRows& rows, bool rightBorderClosed, std::size_t mostEntries,
+void SplitWholeWeights(CutSearchMemory& memory, bool rightBorderClosed, std::size_t mostEntries,
                        ValueOf valueOf, std::set<double>& cuts, std::vector<double>& cellCounts) {
-  NLogN nLogN;
-  nLogN.Prepare(rows.TotalWeight(), mostEntries);
-  const std::set<int> cutRows = rows.Split(nLogN);
+  WholeWeightRows& rows = memory.rows;
+  memory.nLogN.Prepare(rows.TotalWeight(), mostEntries);
+  const std::set<int> cutRows = rows.Split(memory.nLogN);
   const std::size_t width = rows.Classes() + 1;
   cellCounts.assign((cutRows.size() + 1) * width, 0.0);
   int first = 0;
@@ -129,18 +129,20 @@ TQStatus BINAlgorithm::MDLPCut(const std::vector<double>* values, const std::vec
 TQStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<double>& cuts,
                             std::vector<double>& cellCounts, double& modelEntropy) const {
   const auto valid = std::span(*tuples).first(fRecordCount);
-  WholeWeightRows rows;
-  if (rows.FillByValue(valid, fNumCategories, fRightBorderClosed)) {
+  const bool isSplit = RunMemory<CutSearchMemory>::With([&](CutSearchMemory& memory) {
+    WholeWeightRows& rows = memory.rows;
+    if (!rows.FillByValue(valid, fNumCategories, fRightBorderClosed)) return false;
     // A row stands for its own value, the outermost one for the end of the axis.
     const auto valueOf = [&](int row) {
       if (fRightBorderClosed && row == rows.Count() - 1) return kHighest;
       if (!fRightBorderClosed && row == 0) return kLowest;
       return valid[rows.LastTupleOf(row)].value;
     };
-    SplitWholeWeights(rows, fRightBorderClosed, MostTableEntries(valid.size()), valueOf, cuts,
+    SplitWholeWeights(memory, fRightBorderClosed, MostTableEntries(valid.size()), valueOf, cuts,
                       cellCounts);
-    return FinishBins(cuts, cellCounts, modelEntropy);
-  }
+    return true;
+  });
+  if (isSplit) return FinishBins(cuts, cellCounts, modelEntropy);
 
   // Each bin between these borders holds one distinct value.
   std::vector<double> borders{kLowest};
@@ -170,17 +172,21 @@ TQStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples,
   percentileCuts.push_back(kHighest);
   percentileCuts.insert(percentileCuts.begin(), kLowest);
 
-  WholeWeightRows rows;
   const bool ascends = std::is_sorted(percentileCuts.begin(), percentileCuts.end(),
                                       std::less_equal<>());  // strictly
-  if (ascends && rows.FillByBorders(valid, fNumCategories, fRightBorderClosed, percentileCuts)) {
-    const auto valueOf = [&](int row) {
-      return percentileCuts[static_cast<std::size_t>(fRightBorderClosed ? row + 1 : row)];
-    };
-    SplitWholeWeights(rows, fRightBorderClosed, MostTableEntries(valid.size()), valueOf, cuts,
-                      cellCounts);
-    return FinishBins(cuts, cellCounts, modelEntropy);
-  }
+  const bool isSplit =
+      ascends && RunMemory<CutSearchMemory>::With([&](CutSearchMemory& memory) {
+        if (!memory.rows.FillByBorders(valid, fNumCategories, fRightBorderClosed, percentileCuts)) {
+          return false;
+        }
+        const auto valueOf = [&](int row) {
+          return percentileCuts[static_cast<std::size_t>(fRightBorderClosed ? row + 1 : row)];
+        };
+        SplitWholeWeights(memory, fRightBorderClosed, MostTableEntries(valid.size()), valueOf, cuts,
+                          cellCounts);
+        return true;
+      });
+  if (isSplit) return FinishBins(cuts, cellCounts, modelEntropy);
   return BinRows(percentileCuts, cuts, cellCounts, modelEntropy);
 }
 

@@ -7,6 +7,8 @@
 #include "common/categorycode.h"
 #include "common/missing.h"
 #include "common/raise.h"
+#include "common/runmemory.h"
+#include "data/casesorter.h"
 #include "data/tuplesort.h"
 #include "tqbinning/bindatapreparator.h"
 #include "tqbinning/binvarlist.h"
@@ -113,7 +115,7 @@ namespace {
 // Hands out a column's values block by block.
 class ColumnBlocks {
  public:
-  static constexpr std::size_t kSize = 2048;
+  static constexpr std::size_t kSize = 8192;
 
   // `reader` is borrowed and may be null, for a column that does not exist.
   explicit ColumnBlocks(BinaryRecordIterator* reader) : fReader(reader) {}
@@ -165,65 +167,73 @@ CaseTotals ReadCases(ColumnBlocks& values, ColumnBlocks& targets, ColumnBlocks& 
 
 }  // namespace
 
-TQStatus BINDataSet::ReadNextAttribute(unsigned int column) {
+template <typename Store>
+void BINDataSet::ReadColumn(unsigned int column, Store store) {
   if (fTargetReader) fTargetReader->NewPass();
   if (fWeightReader) fWeightReader->NewPass();
   const Reader attributeReader = OpenColumn(static_cast<int>(column));
   ColumnBlocks values(attributeReader.get());
   ColumnBlocks targets(fTargetReader.get());
   ColumnBlocks weights(fWeightReader.get());
-
-  CaseTotals totals;
-  if (fTargetReader) {
-    BINDataTuple* const tuples = fSupervisedTuples ? fSupervisedTuples->data() : nullptr;
-    const auto store = [tuples](std::size_t i, double value, double target, double weight) {
-      if (tuples != nullptr) tuples[i] = {value, CategoryCode(target), weight};
-    };
-    totals = fWeightReader
-                 ? ReadCases<true, true>(values, targets, weights, fNumberOfCases, store)
-                 : ReadCases<true, false>(values, targets, weights, fNumberOfCases, store);
-  } else {
-    EFBINDataTuple* const tuples = fUnsupervisedTuples ? fUnsupervisedTuples->data() : nullptr;
-    const auto store = [tuples](std::size_t i, double value, double, double weight) {
-      if (tuples != nullptr) tuples[i] = {value, weight};
-    };
-    totals = fWeightReader
-                 ? ReadCases<false, true>(values, targets, weights, fNumberOfCases, store)
-                 : ReadCases<false, false>(values, targets, weights, fNumberOfCases, store);
-  }
+  const std::size_t most = fNumberOfCases;
+  const CaseTotals totals =
+      fTargetReader && fWeightReader ? ReadCases<true, true>(values, targets, weights, most, store)
+      : fTargetReader                ? ReadCases<true, false>(values, targets, weights, most, store)
+      : fWeightReader                ? ReadCases<false, true>(values, targets, weights, most, store)
+                      : ReadCases<false, false>(values, targets, weights, most, store);
   fNumberOfValidTuples = static_cast<unsigned int>(totals.validCases);
   fWeightTotal = totals.weight;
   fValidWeightTotal = totals.validWeight;
+}
+
+TQStatus BINDataSet::ReadNextAttribute(unsigned int column) {
+  BINDataTuple* const supervised =
+      fTargetReader && fSupervisedTuples ? fSupervisedTuples->data() : nullptr;
+  EFBINDataTuple* const unsupervised =
+      !fTargetReader && fUnsupervisedTuples ? fUnsupervisedTuples->data() : nullptr;
+  ReadColumn(column, [&](std::size_t i, double value, double target, double weight) {
+    if (supervised != nullptr) supervised[i] = {value, CategoryCode(target), weight};
+    if (unsupervised != nullptr) unsupervised[i] = {value, weight};
+  });
   return TQStatus();
 }
 
-namespace {
-
-struct AttributeRange {
-  unsigned int distinctValues;
-  double minimum;
-  double maximum;
-};
-
-// Sorts the valid tuples.  A vector that is absent (tuples of the other kind are kept)
-// holds none.
+// Reads a column's valid cases into sorted tuples.  A vector that is absent (tuples of
+// the other kind are kept) holds none.
 template <typename Tuple>
-AttributeRange SortTuples(std::vector<Tuple>* tuples, std::size_t valid) {
-  if (tuples == nullptr || valid == 0) return {0, TQMV::gMissingValue, TQMV::gMissingValue};
-  const std::span<Tuple> sorted = std::span(*tuples).first(valid);
-  SortScratch scratch;
-  SortByValue(sorted, scratch);
-  return {CountDistinct<Tuple>(sorted), sorted.front().value, sorted.back().value};
+void BINDataSet::ReadSorted(unsigned int column, std::vector<Tuple>* tuples) {
+  fNumberOfDistinctValues = 0;
+  fMinimum = TQMV::gMissingValue;
+  fMaximum = TQMV::gMissingValue;
+  if (tuples == nullptr) {
+    ReadColumn(column, [](std::size_t, double, double, double) {});
+    return;
+  }
+  RunMemory<SortMemory>::With([&](SortMemory& memory) {
+    CaseSorter sorter(memory, fNumberOfCases);
+    {
+      CaseSorter::Intake intake(sorter);
+      ReadColumn(column, [&](std::size_t, double value, double target, double weight) {
+        intake.Add(value, CategoryCode(target), weight);
+      });
+    }
+    const auto valid = [&] { return std::span(*tuples).first(fNumberOfValidTuples); };
+    if (sorter.IsSuitable()) {
+      fNumberOfDistinctValues = sorter.Sort(valid());
+    } else {
+      (void)ReadNextAttribute(column);  // always OK
+      SortByValue(valid(), memory);
+      fNumberOfDistinctValues = CountDistinct<Tuple>(valid());
+    }
+  });
+  if (fNumberOfValidTuples == 0) return;
+  fMinimum = tuples->front().value;
+  fMaximum = (*tuples)[fNumberOfValidTuples - 1].value;
 }
-
-}  // namespace
 
 TQStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples) {
   tuples = nullptr;
-  const TQStatus status = ReadNextAttribute(static_cast<unsigned int>(ColumnOf(attribute)));
-  if (status.IsWarning()) return status;
-  const AttributeRange range = SortTuples(fUnsupervisedTuples.get(), fNumberOfValidTuples);
-  Summarise(range.distinctValues, range.minimum, range.maximum);
+  ReadSorted(static_cast<unsigned int>(ColumnOf(attribute)), fUnsupervisedTuples.get());
   tuples = fUnsupervisedTuples.get();
   return TQStatus();
 }
@@ -246,21 +256,12 @@ TQStatus BINDataSet::GetAttribute(unsigned int attribute, unsigned int target,
     fSupervisedTuples = std::make_unique<std::vector<BINDataTuple>>(fNumberOfCases);
   }
 
-  const TQStatus status = ReadNextAttribute(static_cast<unsigned int>(ColumnOf(attribute)));
-  if (status.IsWarning()) return status;
-  const AttributeRange range = SortTuples(fSupervisedTuples.get(), fNumberOfValidTuples);
-  Summarise(range.distinctValues, range.minimum, range.maximum);
+  ReadSorted(static_cast<unsigned int>(ColumnOf(attribute)), fSupervisedTuples.get());
   if (fThresholdSet) {
     fExceedsThreshold = fDistinctThreshold != 0 && fNumberOfDistinctValues > fDistinctThreshold;
   }
   tuples = fSupervisedTuples.get();
   return TQStatus();
-}
-
-void BINDataSet::Summarise(unsigned int distinctValues, double minimum, double maximum) {
-  fNumberOfDistinctValues = distinctValues;
-  fMinimum = minimum;
-  fMaximum = maximum;
 }
 
 TQStatus BINDataSet::CreateBinTable(const std::vector<double>* boundaries, bool rightClosed,

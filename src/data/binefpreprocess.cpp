@@ -26,7 +26,13 @@ class PercentileWalk {
 
   // Takes whole runs of equal values until the weight reaches the target.
   void WalkTo(double target) {
+    // Far enough below the target nothing needs to be divided to see that it is not met.
+    const double farBelow = target > 0.0 ? target * (1.0 - 8 * kWeightTolerance) : target;
     while (fIndex < fTuples.size()) {
+      if (target > 0.0 && fCumulative < farBelow) {
+        TakeRun();
+        continue;
+      }
       fMetTarget = fIndex > 0 && Meets(fCumulative, target);
       if (fMetTarget || !(fCumulative < target)) return;
       TakeRun();

@@ -3,72 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
-#include <cstdint>
-#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
 
+#include "support/sortshapes.h"
+
 namespace TQBinning {
 namespace {
-
-// splitmix64: the same numbers everywhere.
-class Random {
- public:
-  explicit Random(std::uint64_t seed) : fState(seed) {}
-  std::uint64_t Next() {
-    std::uint64_t z = fState += 0x9e3779b97f4a7c15U;
-    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
-    z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
-    return z ^ (z >> 31);
-  }
-  std::uint64_t Below(std::uint64_t n) { return Next() % n; }
-
- private:
-  std::uint64_t fState;
-};
-
-// A value for position i of n.
-using Shape = std::function<double(Random&, std::size_t i, std::size_t n)>;
-
-struct NamedShape {
-  const char* name;
-  Shape shape;
-};
-
-const std::vector<NamedShape>& Shapes() {
-  static const std::vector<NamedShape> shapes{
-      {"any bits", [](Random& r, auto, auto) { return std::bit_cast<double>(r.Next()); }},
-      {"many NaN and zeros",
-       [](Random& r, auto, auto) {
-         const double special[] = {std::numeric_limits<double>::quiet_NaN(),
-                                   0.0,
-                                   -0.0,
-                                   std::numeric_limits<double>::infinity(),
-                                   -std::numeric_limits<double>::infinity(),
-                                   5e-324,
-                                   1.0};
-         return special[r.Below(7)];
-       }},
-      {"distinct fractions",
-       [](Random& r, auto, auto) { return std::ldexp(double(r.Below(1ULL << 52)), -52); }},
-      {"small integers", [](Random& r, auto, auto) { return double(r.Below(100)) - 50.0; }},
-      {"leading bits all alike",
-       [](Random& r, auto, auto) { return 1.0 + std::ldexp(double(r.Below(1ULL << 20)), -52); }},
-      {"leading bits alike in two heaps",
-       [](Random& r, auto, auto) {
-         return double(r.Below(2)) * 1e9 + std::ldexp(double(r.Below(1ULL << 8)), -20);
-       }},
-      {"presorted", [](Random&, std::size_t i, auto) { return double(i); }},
-      {"reversed", [](Random&, std::size_t i, std::size_t n) { return double(n - i); }},
-      {"organ pipe",
-       [](Random&, std::size_t i, std::size_t n) { return double(std::min(i, n - i)); }},
-      {"all equal", [](Random&, auto, auto) { return 3.5; }},
-  };
-  return shapes;
-}
 
 constexpr std::size_t kSizes[] = {0, 1, 2, 3, 100, 511, 512, 513, 3000, 40000};
 
@@ -110,7 +53,7 @@ class TupleSort : public testing::TestWithParam<bool> {
 INSTANTIATE_TEST_SUITE_P(OneWeightAndManyWeights, TupleSort, testing::Bool());
 
 TEST_P(TupleSort, SupervisedTuplesEndInTheOrderOfTheirValuesWithTheirTargetsAndWeights) {
-  SortScratch scratch;
+  SortMemory memory;
   for (const NamedShape& shape : Shapes()) {
     for (const std::size_t n : kSizes) {
       SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " tuples");
@@ -121,7 +64,7 @@ TEST_P(TupleSort, SupervisedTuplesEndInTheOrderOfTheirValuesWithTheirTargetsAndW
                      Weight(random)};
       }
       const std::vector<BINDataTuple> before = tuples;
-      SortByValue(std::span(tuples), scratch);
+      SortByValue(std::span(tuples), memory);
       for (std::size_t i = 1; i < n; ++i) {
         ASSERT_FALSE(ComesBefore(tuples[i].value, tuples[i - 1].value)) << "tuple " << i;
       }
@@ -131,7 +74,7 @@ TEST_P(TupleSort, SupervisedTuplesEndInTheOrderOfTheirValuesWithTheirTargetsAndW
 }
 
 TEST_P(TupleSort, UnsupervisedTuplesOfOneValueEndInTheOrderOfTheirWeights) {
-  SortScratch scratch;
+  SortMemory memory;
   for (const NamedShape& shape : Shapes()) {
     for (const std::size_t n : kSizes) {
       SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " tuples");
@@ -141,7 +84,7 @@ TEST_P(TupleSort, UnsupervisedTuplesOfOneValueEndInTheOrderOfTheirWeights) {
         tuples[i] = {shape.shape(random, i, n), Weight(random)};
       }
       const std::vector<EFBINDataTuple> before = tuples;
-      SortByValue(std::span(tuples), scratch);
+      SortByValue(std::span(tuples), memory);
       for (std::size_t i = 1; i < n; ++i) {
         ASSERT_FALSE(Precedes(tuples[i], tuples[i - 1])) << "tuple " << i;
       }
@@ -151,14 +94,14 @@ TEST_P(TupleSort, UnsupervisedTuplesOfOneValueEndInTheOrderOfTheirWeights) {
 }
 
 TEST(TupleSort, SmallWholeWeightsOfLongRunsAreOrderedAsWell) {
-  SortScratch scratch;
+  SortMemory memory;
   Random random(7);
   std::vector<EFBINDataTuple> tuples(5000);
   for (EFBINDataTuple& tuple : tuples) {
     tuple = {double(random.Below(3)), double(random.Below(300))};  // some of 256 and more
   }
   const std::vector<EFBINDataTuple> before = tuples;
-  SortByValue(std::span(tuples), scratch);
+  SortByValue(std::span(tuples), memory);
   for (std::size_t i = 1; i < tuples.size(); ++i) {
     ASSERT_FALSE(Precedes(tuples[i], tuples[i - 1])) << "tuple " << i;
   }
@@ -167,7 +110,7 @@ TEST(TupleSort, SmallWholeWeightsOfLongRunsAreOrderedAsWell) {
 
 // A long run of weights that are all below 256 is counted instead of compared.
 TEST(TupleSort, LongRunsOfNothingButSmallWholeWeightsAreOrderedAsWell) {
-  SortScratch scratch;
+  SortMemory memory;
   Random random(8);
   for (const std::size_t n : {63u, 64u, 700u}) {
     SCOPED_TRACE(n);
@@ -176,7 +119,7 @@ TEST(TupleSort, LongRunsOfNothingButSmallWholeWeightsAreOrderedAsWell) {
     tuples[n / 2].weight = 255.0;
     tuples[n / 3].weight = 0.0;
     const std::vector<EFBINDataTuple> before = tuples;
-    SortByValue(std::span(tuples), scratch);
+    SortByValue(std::span(tuples), memory);
     for (std::size_t i = 1; i < n; ++i) {
       ASSERT_LE(tuples[i - 1].weight, tuples[i].weight) << "tuple " << i;
     }
@@ -185,7 +128,7 @@ TEST(TupleSort, LongRunsOfNothingButSmallWholeWeightsAreOrderedAsWell) {
 }
 
 TEST(TupleSort, LongRunsOfWeightsThatCannotBeCountedAreCompared) {
-  SortScratch scratch;
+  SortMemory memory;
   Random random(9);
   for (const double odd : {-1.0, 0.5, 256.0, std::numeric_limits<double>::quiet_NaN()}) {
     SCOPED_TRACE(odd);
@@ -193,7 +136,7 @@ TEST(TupleSort, LongRunsOfWeightsThatCannotBeCountedAreCompared) {
     for (EFBINDataTuple& tuple : tuples) tuple = {2.5, double(random.Below(256))};
     tuples[50].weight = odd;
     const std::vector<EFBINDataTuple> before = tuples;
-    SortByValue(std::span(tuples), scratch);
+    SortByValue(std::span(tuples), memory);
     for (std::size_t i = 1; i < tuples.size(); ++i) {
       ASSERT_FALSE(Precedes(tuples[i], tuples[i - 1])) << "tuple " << i;
     }
@@ -202,13 +145,14 @@ TEST(TupleSort, LongRunsOfWeightsThatCannotBeCountedAreCompared) {
 }
 
 TEST(TupleSort, NothingButNaNStaysAsItIs) {
-  SortScratch scratch;
+  SortMemory memory;
   std::vector<BINDataTuple> tuples(1000);
   for (std::size_t i = 0; i < tuples.size(); ++i) {
-    tuples[i] = {std::numeric_limits<double>::quiet_NaN(), static_cast<unsigned char>(i % 256), 1.0};
+    tuples[i] = {std::numeric_limits<double>::quiet_NaN(), static_cast<unsigned char>(i % 256),
+                 1.0};
   }
   const std::vector<BINDataTuple> before = tuples;
-  SortByValue(std::span(tuples), scratch);
+  SortByValue(std::span(tuples), memory);
   for (const BINDataTuple& tuple : tuples) ASSERT_TRUE(std::isnan(tuple.value));
   ExpectSameContents(before, tuples);
 }
@@ -216,11 +160,11 @@ TEST(TupleSort, NothingButNaNStaysAsItIs) {
 // The two smallest values differ only in bits that the sort of the leading ones leaves
 // to the insertion.
 TEST(TupleSort, TheSmallestValueGoesToTheVeryFront) {
-  SortScratch scratch;
+  SortMemory memory;
   std::vector<EFBINDataTuple> tuples{{1.0 + std::ldexp(1.0, -52), 1.0}, {1.0, 1.0}};
   for (int i = 0; i < 1000; ++i) tuples.push_back({std::ldexp(double(1000 - i), 40), 1.0});
   const std::vector<EFBINDataTuple> before = tuples;
-  SortByValue(std::span(tuples), scratch);
+  SortByValue(std::span(tuples), memory);
   EXPECT_EQ(1.0, tuples[0].value);
   for (std::size_t i = 1; i < tuples.size(); ++i) {
     ASSERT_LT(tuples[i - 1].value, tuples[i].value) << "tuple " << i;
