@@ -14,7 +14,7 @@
 namespace TQTool {
 
 // A source of CSV text that hands it out in blocks of `blockSize` bytes.
-inline CsvReader::ReadBlock InBlocks(const std::string& text, std::size_t blockSize) {
+inline ReadBlock InBlocks(const std::string& text, std::size_t blockSize) {
   const auto rest = std::make_shared<std::string>(text);
   return [rest, blockSize](char* buffer, std::size_t size) {
     const std::size_t count = std::min({size, blockSize, rest->size()});

@@ -27,6 +27,7 @@ int gPipe[2] = {-1, -1};
 
 // Readable while waits are to end.
 int gEndOfWaits = -1;
+std::atomic<bool> gAreWaitsToEnd{false};
 
 void HandleSignal(int signal) {
   const int savedErrno = errno;
@@ -44,6 +45,17 @@ void Catch(int signal) {
   action = {};
   action.sa_handler = HandleSignal;  // without SA_RESTART: a blocked open or read returns
   sigaction(signal, &action, nullptr);
+}
+
+void WaitFor(int file, short event) {
+  pollfd waits[3] = {{file, event, 0}, {gPipe[0], POLLIN, 0}, {gEndOfWaits, POLLIN, 0}};
+  int ready = 0;
+  do {
+    ThrowIfCancelled();
+    ready = poll(waits, 3, -1);
+  } while (ready < 0 && (errno == EINTR || errno == EAGAIN));
+  ThrowIfCancelled();  // a signal goes before any input
+  if (waits[2].revents != 0) throw ToolError(kInput, "the input is not wanted any more");
 }
 
 }  // namespace
@@ -69,21 +81,17 @@ void ThrowIfCancelled() {
   throw ToolError(128 + signal, fmt::format("cancelled by {}", name));
 }
 
-void WaitForInput(int file) {
-  pollfd waits[3] = {{file, POLLIN, 0}, {gPipe[0], POLLIN, 0}, {gEndOfWaits, POLLIN, 0}};
-  int ready = 0;
-  do {
-    ThrowIfCancelled();
-    ready = poll(waits, 3, -1);
-  } while (ready < 0 && (errno == EINTR || errno == EAGAIN));
-  ThrowIfCancelled();  // a signal goes before any input
-  if (waits[2].revents != 0) throw ToolError(kInput, "the input is not wanted any more");
-}
+void WaitForInput(int file) { WaitFor(file, POLLIN); }
+
+void WaitForOutput(int file) { WaitFor(file, POLLOUT); }
 
 void EndWaits(bool isToEnd) {
+  gAreWaitsToEnd = isToEnd;
   eventfd_t count = 0;
   [[maybe_unused]] const int done =
       isToEnd ? eventfd_write(gEndOfWaits, 1) : eventfd_read(gEndOfWaits, &count);
 }
+
+bool AreWaitsToEnd() { return gAreWaitsToEnd; }
 
 }  // namespace TQTool

@@ -20,9 +20,13 @@ void ThrowIfCancelled();
 // as soon as a signal arrives, and when waits are to end.
 void WaitForInput(int file);
 
+// The same until it can be written.
+void WaitForOutput(int file);
+
 // With true, ends every wait for input, of whatever thread, and lets none begin;
 // with false, allows them again.
 void EndWaits(bool isToEnd);
+bool AreWaitsToEnd();
 
 // Hands a caught signal on to the library.
 class SignalQuery : public TQQueryCancel {

@@ -12,6 +12,7 @@
 #include "base/toolerror.h"
 #include "base/version.h"
 #include "cli/helpformatter.h"
+#include "cli/inputarguments.h"
 #include "input/numbertext.h"
 
 namespace TQTool {
@@ -23,7 +24,6 @@ constexpr int kMaxInt = std::numeric_limits<int>::max();
 // What the command line holds before it is looked at more closely.
 struct RawOptions {
   std::vector<std::string> userMissing;
-  std::string delimiter = ",";
   std::string closed = "right";
   std::string format = "table";
 };
@@ -39,9 +39,7 @@ std::string CheckFactor(const std::string& text) {
 }
 
 void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
-  command.add_option("FILE", options.file, "CSV file with a header line, or - for standard input")
-      ->required()
-      ->type_name("");
+  AddInputArguments(command, options.input);
   command
       .add_option("-a,--attribute", options.attributes,
                   "column to bin; repeat it, or give a comma list (default: every column whose "
@@ -78,8 +76,6 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
                   "? and .")
       ->allow_extra_args(false)
       ->type_name("TEXT");
-  command.add_option("--delimiter", raw.delimiter, "one character, or tab (default: comma)")
-      ->type_name("CHAR");
   command
       .add_option("--temp-dir", options.tempDir,
                   "where the run's private temporary directory is made (default: TMPDIR, or "
@@ -131,22 +127,9 @@ void AddEqualFrequencyOptions(CLI::App& command, Options& options) {
       ->type_name("N");
 }
 
-// One character that can stand between fields.
-char ParseDelimiter(const std::string& text) {
-  if (text == "tab" || text == "\\t") return '\t';
-  if (text.size() != 1 || text == "\"" || text == "\n" || text == "\r") {
-    Refuse(
-        fmt::format("--delimiter: {} is no delimiter; expected one character other than a "
-                    "quote or a line end, or tab",
-                    Quoted(text)));
-  }
-  return text.front();
-}
-
 // Turns the raw texts into what they mean; throws for what they cannot mean.
 void Interpret(const RawOptions& raw, Options& options) {
-  if (options.file.empty()) Refuse("FILE is empty; expected a path, or - for standard input");
-  options.delimiter = ParseDelimiter(raw.delimiter);
+  CheckInputArguments(options.input);
   options.settings.isRightClosed = raw.closed == "right";
   options.format = raw.format == "json" ? OutputFormat::kJson : OutputFormat::kTable;
   if (options.settings.missingTokens.empty())

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/usermissing.h"
+#include "input/inputoptions.h"
 #include "model/model.h"
 
 namespace TQTool {
@@ -14,11 +15,10 @@ enum class OutputFormat { kTable, kJson };
 // What the command line asks for, checked as far as it can be without the input.
 struct Options {
   Method method = Method::kSupervised;
-  std::string file;                     // "-" for standard input
+  InputOptions input;
   std::string target;                   // empty for equal frequency
   std::vector<std::string> attributes;  // as given: names, or lists of names; empty for all
   std::vector<UserMissing> userMissing;
-  char delimiter = ',';
   Settings settings;
   std::string tempDir;  // empty for the default
   OutputFormat format = OutputFormat::kTable;

@@ -15,8 +15,6 @@ namespace TQTool {
 namespace {
 
 constexpr std::size_t kBlockSize = std::size_t{1} << 18;
-// A row that is longer is taken for a lost quote or for no CSV at all.
-constexpr std::size_t kMaxRowSize = std::size_t{1} << 24;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16LittleMark = "\xFF\xFE";
@@ -24,10 +22,11 @@ constexpr std::string_view kUtf16BigMark = "\xFE\xFF";
 
 }  // namespace
 
-CsvReader::CsvReader(ReadBlock read, std::string name, char delimiter)
+CsvReader::CsvReader(ReadBlock read, std::string name, char delimiter, Limits limits)
     : fRead(std::move(read)),
       fName(std::move(name)),
       fDelimiter(delimiter),
+      fLimits(limits),
       fBuffer(kBlockSize + kSeparatorBlock),
       fEnd(0),
       fAtEnd(false),
@@ -48,6 +47,7 @@ bool CsvReader::Next() {
   while (!CutRow()) {
     if (!Refill() && fRow == fEnd) return false;
   }
+  if (fNext - fRow > fLimits.recordBytes) FailAtLongRow();
   return true;
 }
 
@@ -108,8 +108,18 @@ bool CsvReader::CutRow() {
   return true;
 }
 
+void CsvReader::MakeRoomForFields() {
+  if (fNumFields >= fLimits.columns) {
+    FailAtLine(
+        fmt::format("a row of more than {} fields; expected fewer; is another --delimiter "
+                    "needed?  If not, allow more with --max-columns",
+                    fLimits.columns));
+  }
+  fFields.resize(std::min(2 * fNumFields, fLimits.columns));
+}
+
 void CsvReader::AddField(const char* begin, const char* end) {
-  if (fNumFields == fFields.size()) fFields.resize(2 * fNumFields);
+  if (fNumFields == fFields.size()) MakeRoomForFields();
   fFields[fNumFields++] = std::string_view(begin, static_cast<std::size_t>(end - begin));
 }
 
@@ -211,12 +221,7 @@ bool CsvReader::Refill() {
     fNext -= std::min(fNext, kept);
     fMark -= std::min(fMark, kept);
   }
-  if (fEnd - fRow > kMaxRowSize) {
-    FailAtLine(
-        fmt::format("a row is longer than {} MiB; expected a line end before that; "
-                    "look for a quote that is not closed",
-                    kMaxRowSize >> 20));
-  }
+  if (fEnd - fRow > fLimits.recordBytes) FailAtLongRow();
   if (fBuffer.size() - kSeparatorBlock - fEnd < kBlockSize) {
     fBuffer.resize(std::max(2 * (fBuffer.size() - kSeparatorBlock), fEnd + kBlockSize) +
                    kSeparatorBlock);
@@ -229,6 +234,13 @@ bool CsvReader::Refill() {
     FailAtNul(static_cast<std::size_t>(static_cast<const char*>(nul) - fBuffer.data()));
   }
   return !fAtEnd;
+}
+
+void CsvReader::FailAtLongRow() const {
+  FailAtLine(
+      fmt::format("a row is longer than {} bytes; expected a line end before that; look "
+                  "for a quote that is not closed, or allow more with --max-record",
+                  fLimits.recordBytes));
 }
 
 void CsvReader::FailAtNul(std::size_t offset) const {

@@ -3,11 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "input/bytestream.h"
 
 namespace TQTool {
 
@@ -17,14 +19,21 @@ namespace TQTool {
 // delimiters, line ends and doubled quotes.  A quote inside a field that does not
 // begin with one is an ordinary character.  A UTF-8 byte-order mark is skipped.
 // Throws ToolError (kInput), naming line and column, for an unterminated quote,
-// text after a closing quote, a NUL byte, UTF-16 and a row beyond all measure.
+// text after a closing quote, a NUL byte, UTF-16 and a row beyond the limits.
 class CsvReader {
  public:
-  // Fills (a part of) the buffer and returns the number of bytes, 0 at the end.
-  using ReadBlock = std::function<std::size_t(char* buffer, std::size_t size)>;
+  // Beyond these a text is taken for a lost quote or for no CSV at all.
+  struct Limits {
+    std::size_t recordBytes = std::size_t{1} << 24;
+    std::size_t columns = 100000;
+  };
 
   // `name` is how messages call the input.
-  CsvReader(ReadBlock read, std::string name, char delimiter);
+  CsvReader(ReadBlock read, std::string name, char delimiter, Limits limits);
+  CsvReader(ReadBlock read, std::string name, char delimiter)
+      : CsvReader(std::move(read), std::move(name), delimiter, Limits()) {}
+
+  const std::string& GetName() const { return fName; }
 
   // Goes on to the next row; false, and no row, when there is none.
   bool Next();
@@ -67,6 +76,7 @@ class CsvReader {
   enum class Cut { kField, kLastField, kTooShort };
   Cut CutPlainFields(std::size_t* position);
   Cut CutQuotedField(std::size_t* position);
+  void MakeRoomForFields();
   void AddField(const char* begin, const char* end);
   void AddUnescaped(std::size_t begin, std::size_t end);
 
@@ -76,11 +86,13 @@ class CsvReader {
   std::string Locate(std::size_t offset) const;
   [[noreturn]] void FailAt(std::size_t offset, const std::string& message) const;
   [[noreturn]] void FailAtLine(const std::string& message) const;
+  [[noreturn]] void FailAtLongRow() const;
   [[noreturn]] void FailAtNul(std::size_t offset) const;
 
   ReadBlock fRead;
   std::string fName;
   char fDelimiter;
+  Limits fLimits;
   std::vector<char> fBuffer;  // followed by room for one whole vector load
   std::size_t fEnd;           // end of the bytes read
   bool fAtEnd;                // no more bytes follow

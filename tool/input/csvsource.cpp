@@ -26,7 +26,10 @@ std::string CountOf(std::size_t count) {
 
 }  // namespace
 
-CsvSource::CsvSource(CsvReader reader) : fReader(std::move(reader)), fHeaderLine(1) {
+CsvSource::CsvSource(CsvReader reader, char decimalPoint)
+    : fReader(std::move(reader)), fHeaderLine(1) {
+  fName = fReader.GetName();
+  fDecimalPoint = decimalPoint;
   do {
     if (!fReader.Next()) {
       FailAtHeader(

@@ -15,17 +15,17 @@ namespace TQTool {
 class CsvSource : public Source {
  public:
   // Reads the header.  `reader` is not yet used.
-  explicit CsvSource(CsvReader reader);
+  explicit CsvSource(CsvReader reader, char decimalPoint = '.');
 
   bool NextRow() override;
   std::string DescribeRow() const override;
+  std::string LocateField(std::size_t column) const override { return fReader.LocateField(column); }
+  std::string LocateHeader() const override { return fReader.LocateLine(fHeaderLine); }
+  std::string HintForOnlyColumn() const override { return "is another --delimiter needed?"; }
   void Mark() override { fReader.Mark(); }
   void Rewind() override { fReader.Rewind(); }
 
  private:
-  std::string LocateField(std::size_t column) const override { return fReader.LocateField(column); }
-  std::string LocateHeader() const override { return fReader.LocateLine(fHeaderLine); }
-  std::string HintForOnlyColumn() const override { return "is another --delimiter needed?"; }
   [[noreturn]] void FailAtRowOfAnotherLength() const;
 
   CsvReader fReader;

@@ -24,6 +24,12 @@ namespace {
 
 }  // namespace
 
+void InputFile::CheckReadable(const std::string& path) {
+  if (path != "-" && access(path.c_str(), R_OK) != 0) {
+    ThrowCannotOpen(Printable(path), std::strerror(errno));
+  }
+}
+
 InputFile::InputFile(const std::string& path)
     : fName(path == "-" ? "standard input" : Printable(path)), fFile(-1) {
   fFile = path == "-" ? dup(STDIN_FILENO) : open(path.c_str(), O_RDONLY | O_CLOEXEC);

@@ -10,6 +10,10 @@ class InputFile {
  public:
   // Opens it.  Throws ToolError (kInput) when that fails or it is a directory.
   explicit InputFile(const std::string& path);
+
+  // Throws the same when it could not be opened now.
+  static void CheckReadable(const std::string& path);
+
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
   ~InputFile();

@@ -26,8 +26,9 @@ enum class NumberText {
 // correctly and whatever the locale; a leading plus sign is fine, hexadecimal is
 // not.  `*number` is set for kNumber only, and never to negative zero.  The two
 // largest finite doubles, plus and minus, count as infinite: the library uses
-// them for bins without an end and for missing values.
-NumberText ReadNumber(std::string_view text, double* number);
+// them for bins without an end and for missing values.  `decimalPoint` stands
+// before the decimals.
+NumberText ReadNumber(std::string_view text, double* number, char decimalPoint = '.');
 
 // The texts that stand for a missing value, compared exactly.
 class MissingTokens {
@@ -35,9 +36,10 @@ class MissingTokens {
   // Blanks around a token are dropped, as they are around a field.
   explicit MissingTokens(const std::vector<std::string>& tokens);
 
-  // Whether the text (without blanks around it) is one of the tokens.
+  // Whether the text (without blanks around it) is one of the tokens; a text without
+  // data (null) always is.
   bool Contains(std::string_view text) const {
-    if (text.empty()) return fHasEmpty;
+    if (text.empty()) return fHasEmpty || text.data() == nullptr;
     return fIsFirstByte[static_cast<unsigned char>(text.front())] && IsListed(text);
   }
 

@@ -104,7 +104,7 @@ double RecordFeed::ReadValue(std::size_t column) {
   const std::string_view text = fSource.GetField(column);
   if (fMissing.Contains(text)) return TQMV::gMissingValue;
   double value = 0.0;
-  const NumberText found = ReadNumber(text, &value);
+  const NumberText found = ReadNumber(text, &value, fSource.GetDecimalPoint());
   if (found != NumberText::kNumber) FailAtValue(column, found);
   return value;
 }
@@ -112,15 +112,20 @@ double RecordFeed::ReadValue(std::size_t column) {
 void RecordFeed::FailAtValue(std::size_t column, NumberText found) const {
   const std::string text(fSource.GetField(column));
   const std::string& name = fSource.GetNames()[column];
-  const char* const alternative =
-      column == fColumns.weight ? ""
-                                : ", or leave the column out by naming others with --attribute";
+  std::string alternatives = ", or declare it missing with --missing-token";
+  if (column != fColumns.weight) {
+    alternatives += ", or leave the column out by naming others with --attribute";
+  }
+  double number = 0.0;
+  if (ReadNumber(text, &number, ',') == NumberText::kNumber) {
+    alternatives += ", or say --decimal-comma";
+  }
   fSource.FailAtField(
       column, fmt::format("{} in column {} {}; expected a number or a missing-value text; correct "
-                          "it, or declare it missing with --missing-token{}",
+                          "it{}",
                           Quoted(text), Quoted(name),
                           found == NumberText::kInfinite ? "is not finite" : "is not a number",
-                          alternative));
+                          alternatives));
 }
 
 void RecordFeed::AccountDropped(double givenWeight) {

@@ -21,6 +21,9 @@ class Source {
   Source& operator=(const Source&) = delete;
   virtual ~Source() = default;
 
+  // How messages call it.
+  const std::string& GetName() const { return fName; }
+
   // One name per column, without the blanks around it; may be empty.
   const std::vector<std::string>& GetNames() const { return fNames; }
   std::optional<std::size_t> FindColumn(std::string_view name) const;
@@ -36,8 +39,22 @@ class Source {
   // (null) where a data base holds NULL.  Valid until the next call of NextRow.
   std::string_view GetField(std::size_t column) const { return TrimBlanks(fFields[column]); }
 
+  // The same of all fields, with their blanks.
+  std::span<const std::string_view> GetFields() const { return fFields; }
+
+  // What stands before the decimals of the source's numbers.
+  char GetDecimalPoint() const { return fDecimalPoint; }
+
   // Where this row is, in words: "line 7".
   virtual std::string DescribeRow() const = 0;
+
+  // Where a field of this row is, and where the names are, as messages begin:
+  // "FILE:7:12", "FILE:1".
+  virtual std::string LocateField(std::size_t column) const = 0;
+  virtual std::string LocateHeader() const = 0;
+
+  // What to do when a column is not found and there is only one.
+  virtual std::string HintForOnlyColumn() const { return "name that one"; }
 
   // Throws ToolError (kInput) about a field of this row, saying where it is.
   [[noreturn]] void FailAtField(std::size_t column, const std::string& message) const;
@@ -51,16 +68,10 @@ class Source {
   virtual void Rewind() = 0;
 
  protected:
-  // Where a field of this row is, and where the names are, as messages begin:
-  // "FILE:7:12", "FILE:1".
-  virtual std::string LocateField(std::size_t column) const = 0;
-  virtual std::string LocateHeader() const = 0;
-
-  // What the only column may suggest about the way of reading, for messages.
-  virtual std::string HintForOnlyColumn() const { return "expected a column of that name"; }
-
+  std::string fName;
   std::vector<std::string> fNames;
   std::span<const std::string_view> fFields;  // of the row, as many as names
+  char fDecimalPoint = '.';
 };
 
 }  // namespace TQTool

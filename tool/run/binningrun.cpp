@@ -11,10 +11,8 @@
 #include "base/statuswords.h"
 #include "base/toolerror.h"
 #include "base/version.h"
-#include "input/csvreader.h"
-#include "input/csvsource.h"
-#include "input/inputfile.h"
 #include "input/numbertext.h"
+#include "input/opensource.h"
 #include "input/recordfeed.h"
 #include "output/outputguard.h"
 #include "output/progressline.h"
@@ -183,17 +181,15 @@ void Complete(const Options& options, std::vector<BinnedAttribute>& attributes) 
 }  // namespace
 
 Model RunBinning(const Options& options) {
-  InputFile file(options.file);
-  CsvSource table(
-      CsvReader([&file](char* buffer, std::size_t size) { return file.Read(buffer, size); },
-                file.GetName(), options.delimiter));
+  const std::unique_ptr<Source> source = OpenSource(options.input);
+  Source& table = *source;
   const MissingTokens missing(options.settings.missingTokens);
   const Columns columns = ChooseColumns(table, options, missing);
   BINVarList list = MakeVarList(table, columns, options);
   RecordFeed records(table, columns, missing, list);
   const PrivateDirectory directory(options.tempDir.empty() ? PrivateDirectory::DefaultBase()
                                                            : options.tempDir);
-  const Workplace work = {options, list, records, directory, file.GetName()};
+  const Workplace work = {options, list, records, directory, table.GetName()};
 
   Model model;
   model.toolVersion = kVersion;
@@ -205,7 +201,7 @@ Model RunBinning(const Options& options) {
   } else {
     BinEqualFrequency(work, model);
   }
-  model.input = Summarize(records.GetFedData(), file.GetName());
+  model.input = Summarize(records.GetFedData(), table.GetName());
   CheckArrival(model.attributes, records.GetFedData());
   Complete(options, model.attributes);
   return model;

@@ -32,7 +32,7 @@ void Look(std::string_view field, const Source& table, const MissingTokens& miss
           Evidence& evidence) {
   if (!evidence.textPlace.empty() || missing.Contains(field)) return;
   double number = 0.0;
-  if (ReadNumber(field, &number) != NumberText::kNotNumber) {
+  if (ReadNumber(field, &number, table.GetDecimalPoint()) != NumberText::kNotNumber) {
     evidence.hasNumber = true;
   } else {
     evidence.text = field;

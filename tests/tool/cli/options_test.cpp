@@ -43,13 +43,13 @@ std::string ErrorOfSupervised(const std::vector<std::string>& arguments) {
 TEST(Options, DefaultsOfASupervisedRun) {
   const Options options = Supervised({});
   EXPECT_EQ(Method::kSupervised, options.method);
-  EXPECT_EQ("f.csv", options.file);
+  EXPECT_THAT(options.input.inputs, ElementsAre("f.csv"));
   EXPECT_EQ("t", options.target);
   EXPECT_THAT(options.attributes, ElementsAre());
   EXPECT_EQ("", options.settings.weight);
   EXPECT_EQ("closest", options.settings.weightRounding);
   EXPECT_EQ(MissingTokens::Default(), options.settings.missingTokens);
-  EXPECT_EQ(',', options.delimiter);
+  EXPECT_EQ(std::nullopt, options.input.delimiter);
   EXPECT_EQ(0, options.settings.prebinThreshold);
   EXPECT_EQ(1000, options.settings.prebinBins);
   EXPECT_EQ(0.0, options.settings.minBinFactor);
@@ -95,7 +95,7 @@ TEST(Options, EveryOptionArrives) {
   EXPECT_EQ(50, options.settings.prebinThreshold);
   EXPECT_EQ(20, options.settings.prebinBins);
   EXPECT_EQ(0.25, options.settings.minBinFactor);
-  EXPECT_EQ(';', options.delimiter);
+  EXPECT_EQ(';', options.input.delimiter);
   EXPECT_EQ("/d", options.tempDir);
   EXPECT_EQ(OutputFormat::kJson, options.format);
 }
@@ -103,13 +103,13 @@ TEST(Options, EveryOptionArrives) {
 TEST(Options, RepeatedOptionsDoNotSwallowTheFile) {
   std::string answer;
   const auto options = Parse({"mdlp", "-t", "x", "-a", "y", "--missing-token", "z", "f"}, &answer);
-  EXPECT_EQ("f", options->file);
+  EXPECT_THAT(options->input.inputs, ElementsAre("f"));
 }
 
 TEST(Options, TabIsADelimiter) {
-  EXPECT_EQ('\t', Supervised({"--delimiter", "tab"}).delimiter);
-  EXPECT_EQ('\t', Supervised({"--delimiter", "\\t"}).delimiter);
-  EXPECT_EQ('\t', Supervised({"--delimiter", "\t"}).delimiter);
+  EXPECT_EQ('\t', Supervised({"--delimiter", "tab"}).input.delimiter);
+  EXPECT_EQ('\t', Supervised({"--delimiter", "\\t"}).input.delimiter);
+  EXPECT_EQ('\t', Supervised({"--delimiter", "\t"}).input.delimiter);
   for (const char* const delimiter : {"", "ab", "\"", "\n", "\r"}) {
     EXPECT_THAT(ErrorOfSupervised({std::string("--delimiter=") + delimiter}),
                 StartsWith("2: --delimiter: "));

@@ -174,10 +174,33 @@ TEST(CsvReader, Utf16IsAnErrorOfItsOwn) {
   EXPECT_TRUE(big.starts_with("3: f.csv:1: text in UTF-16;")) << big;
 }
 
-TEST(CsvReader, RowBeyondAllMeasureIsAnError) {
-  CsvReader reader = ReaderOf("a\n\"" + std::string(40000000, 'x'));
-  const std::string error = ErrorOf([&] { RowsOf(reader); });
-  EXPECT_TRUE(error.starts_with("3: f.csv:2: a row is longer than 16 MiB;")) << error;
+TEST(CsvReader, RowBeyondTheLimitIsAnError) {
+  const auto errorIn = [](const std::string& text, std::size_t maxBytes) {
+    return ErrorOf([&] {
+      CsvReader reader(InBlocks(text, 1000000), "f.csv", ',', {maxBytes, 10});
+      RowsOf(reader);
+    });
+  };
+  EXPECT_EQ("none", errorIn("a\n1,23\n", 5));  // the line end counts
+  EXPECT_TRUE(errorIn("a\n1,23\n", 4).starts_with("3: f.csv:2: a row is longer than 4 bytes;"));
+  const std::string error = errorIn("a\n\"" + std::string(4000000, 'x'), 1U << 20);
+  EXPECT_TRUE(error.starts_with("3: f.csv:2: a row is longer than 1048576 bytes;")) << error;
+}
+
+TEST(CsvReader, FieldsBeyondTheLimitAreAnError) {
+  const auto errorIn = [](const std::string& text, std::size_t maxColumns) {
+    return ErrorOf([&] {
+      CsvReader reader(InBlocks(text, 1000000), "f.csv", ',', {1000, maxColumns});
+      RowsOf(reader);
+    });
+  };
+  for (const std::size_t columns : {1U, 2U, 3U, 5U, 8U}) {
+    const std::string full = std::string(columns - 1, ',') + "\n";
+    EXPECT_EQ("none", errorIn("\n" + full, columns));
+    const std::string error = errorIn("\n," + full, columns);
+    EXPECT_TRUE(error.starts_with("3: f.csv:2: a row of more than " + std::to_string(columns)))
+        << error;
+  }
 }
 
 TEST(CsvReader, RewindsToTheMark) {

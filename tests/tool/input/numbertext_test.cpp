@@ -74,6 +74,21 @@ TEST(ReadNumber, TellsInfinityAndOverflowFromText) {
   EXPECT_EQ(1.7976931348623155e308, NumberIn("1.7976931348623155e308"));
 }
 
+TEST(ReadNumber, TakesAnotherDecimalPoint) {
+  double number = NAN;
+  EXPECT_EQ(NumberText::kNumber, ReadNumber("-1234,5e1", &number, ','));
+  EXPECT_EQ(-12345.0, number);
+  EXPECT_EQ(NumberText::kNumber, ReadNumber("7", &number, ','));
+  for (const char* const text : {"1.5", "1.234,5", "1,2,3", ","}) {
+    EXPECT_EQ(NumberText::kNotNumber, ReadNumber(text, &number, ',')) << text;
+  }
+}
+
+TEST(MissingTokens, TextWithoutDataIsMissingWhateverTheTokens) {
+  EXPECT_TRUE(MissingTokens({"x"}).Contains(std::string_view()));
+  EXPECT_FALSE(MissingTokens({"x"}).Contains(""));
+}
+
 TEST(MissingTokens, DefaultKnowsTheUsualMarks) {
   const MissingTokens tokens(MissingTokens::Default());
   for (const char* const text : {"", "NA", "N/A", "NaN", "nan", "NULL", "null", "?", "."}) {

@@ -112,6 +112,11 @@ TEST(RecordFeed, InfinityIsAnErrorOfItsOwn) {
               StartsWith("3: f.csv:2:3: '1e999' in column 'w' is not finite;"));
 }
 
+TEST(RecordFeed, NumbersWithCommasNameTheirOption) {
+  EXPECT_TRUE(FeedOf("x,1,2,3\nx,1,\"2,5\",3\n").error.ends_with(", or say --decimal-comma"));
+  EXPECT_FALSE(FeedOf("x,1,2.5x,3\n").error.ends_with("--decimal-comma"));
+}
+
 TEST(RecordFeed, BrokenCsvEndsTheCasesAndIsKept) {
   EXPECT_THAT(FeedOf("x,1,2,3\nx,1,2\n").error, StartsWith("3: f.csv:3:6: a row of 3 fields;"));
 }
