@@ -165,6 +165,9 @@ CaseTotals ReadCases(ColumnBlocks& values, ColumnBlocks& targets, ColumnBlocks& 
   return totals;
 }
 
+// Takes in a case that is only counted.
+void Forget(std::size_t, double, double, double) {}
+
 }  // namespace
 
 template <typename Store>
@@ -206,7 +209,7 @@ void BINDataSet::ReadSorted(unsigned int column, std::vector<Tuple>* tuples) {
   fMinimum = TQMV::gMissingValue;
   fMaximum = TQMV::gMissingValue;
   if (tuples == nullptr) {
-    ReadColumn(column, [](std::size_t, double, double, double) {});
+    ReadColumn(column, Forget);
     return;
   }
   RunMemory<SortMemory>::With([&](SortMemory& memory) {
