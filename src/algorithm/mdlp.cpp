@@ -47,25 +47,14 @@ std::vector<double> CountCells(std::span<const double> rowValues, const CountsTa
   return cells;
 }
 
-// Splits the rows and counts the cells of the bins, by whole numbers.  `valueOf(row)`
-// is the value that a row stands for.
+// Splits the rows by whole numbers.  `valueOf(row)` is the value that a row stands for.
 template <typename ValueOf>
-void SplitWholeWeights(CutSearchMemory& memory, bool rightBorderClosed, std::size_t mostEntries,
-                       ValueOf valueOf, std::set<double>& cuts, std::vector<double>& cellCounts) {
-  WholeWeightRows& rows = memory.rows;
-  memory.nLogN.Prepare(rows.TotalWeight(), mostEntries);
-  const std::set<int> cutRows = rows.Split(memory.nLogN);
-  const std::size_t width = rows.Classes() + 1;
-  cellCounts.assign((cutRows.size() + 1) * width, 0.0);
-  int first = 0;
-  std::size_t bin = 0;
-  for (const int row : cutRows) {
-    cuts.insert(valueOf(row));
-    const int end = rightBorderClosed ? row + 1 : row;
-    rows.CountRows(first, end - 1, std::span(cellCounts).subspan(bin++ * width, width));
-    first = end;
-  }
-  rows.CountRows(first, rows.Count() - 1, std::span(cellCounts).subspan(bin * width, width));
+void SplitWholeWeights(CutSearchMemory& memory, std::size_t mostEntries, ValueOf valueOf,
+                       std::set<double>& cuts, std::vector<double>& cellCounts) {
+  memory.nLogN.Prepare(memory.rows.TotalWeight(), mostEntries);
+  WholeWeightRows::Bins bins = memory.rows.Split(memory.nLogN);
+  for (const int row : bins.cutRows) cuts.insert(valueOf(row));
+  cellCounts = std::move(bins.cellCounts);
 }
 
 // A table of n log n may take a little more than the tuples themselves.
@@ -131,15 +120,17 @@ TQStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<do
   const auto valid = std::span(*tuples).first(fRecordCount);
   const bool isSplit = RunMemory<CutSearchMemory>::With([&](CutSearchMemory& memory) {
     WholeWeightRows& rows = memory.rows;
-    if (!rows.FillByValue(valid, fNumCategories, fRightBorderClosed)) return false;
+    if (!rows.FillByValue(valid, fDataSet->GetNumberOfDistinctValues(), fNumCategories,
+                          fRightBorderClosed)) {
+      return false;
+    }
     // A row stands for its own value, the outermost one for the end of the axis.
     const auto valueOf = [&](int row) {
       if (fRightBorderClosed && row == rows.Count() - 1) return kHighest;
       if (!fRightBorderClosed && row == 0) return kLowest;
-      return valid[rows.LastTupleOf(row)].value;
+      return valid[rows.TupleAtCut(row)].value;
     };
-    SplitWholeWeights(memory, fRightBorderClosed, MostTableEntries(valid.size()), valueOf, cuts,
-                      cellCounts);
+    SplitWholeWeights(memory, MostTableEntries(valid.size()), valueOf, cuts, cellCounts);
     return true;
   });
   if (isSplit) return FinishBins(cuts, cellCounts, modelEntropy);
@@ -182,8 +173,7 @@ TQStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples,
         const auto valueOf = [&](int row) {
           return percentileCuts[static_cast<std::size_t>(fRightBorderClosed ? row + 1 : row)];
         };
-        SplitWholeWeights(memory, fRightBorderClosed, MostTableEntries(valid.size()), valueOf, cuts,
-                          cellCounts);
+        SplitWholeWeights(memory, MostTableEntries(valid.size()), valueOf, cuts, cellCounts);
         return true;
       });
   if (isSplit) return FinishBins(cuts, cellCounts, modelEntropy);

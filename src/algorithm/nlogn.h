@@ -18,6 +18,11 @@ class NLogN {
     return n < fTable.size() ? fTable[n] : Compute(n);
   }
 
+  // The table, when it holds the numbers up to n; else null.
+  const std::int64_t* TableUpTo(std::uint64_t n) const {
+    return n < fTable.size() ? fTable.data() : nullptr;
+  }
+
   // How far apart two sums over the parts of a split of total n may come to lie
   // although the split entropies, computed by formula, are equal; see docs/numerics.md.
   std::int64_t ToleranceFor(std::uint64_t n, std::size_t classes) const;

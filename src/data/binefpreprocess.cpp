@@ -27,12 +27,9 @@ class PercentileWalk {
   // Takes whole runs of equal values until the weight reaches the target.
   void WalkTo(double target) {
     // Far enough below the target nothing needs to be divided to see that it is not met.
-    const double farBelow = target > 0.0 ? target * (1.0 - 8 * kWeightTolerance) : target;
+    const double farBelow = target * (1.0 - 8 * kWeightTolerance);
+    while (target > 0.0 && fCumulative < farBelow && fIndex < fTuples.size()) TakeRun();
     while (fIndex < fTuples.size()) {
-      if (target > 0.0 && fCumulative < farBelow) {
-        TakeRun();
-        continue;
-      }
       fMetTarget = fIndex > 0 && Meets(fCumulative, target);
       if (fMetTarget || !(fCumulative < target)) return;
       TakeRun();
@@ -55,7 +52,7 @@ class PercentileWalk {
   bool TookSeveralRuns() const { return fRunsTaken > 1; }
 
  private:
-  // The first tuple belongs to its run even if it is NaN, which equals nothing.
+  // Takes a run; the first tuple belongs to it even if it is NaN, which equals nothing.
   void TakeRun() {
     const double value = fTuples[fIndex].value;
     fBeforeLastRun = fCumulative;

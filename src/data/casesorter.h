@@ -85,6 +85,8 @@ class CaseSorter {
   unsigned char NewKind(std::size_t place);
 
   void SortValues(bool weightOrdersTies);
+  std::vector<unsigned char> KindsByWeight() const;
+  bool SortByCounting();
   std::vector<std::size_t> SplitByKind();
   void MergeRuns(std::vector<std::size_t> runEnds);
   template <typename Tuple>

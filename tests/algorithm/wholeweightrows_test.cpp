@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -59,16 +60,40 @@ std::set<int> PlainCuts(const std::vector<BINDataTuple>& tuples, std::size_t cla
   return {cuts.begin(), cuts.end()};
 }
 
+// The class counts of the bins between the cuts, counted tuple by tuple.  Rows are
+// numbered by their values.
+std::vector<double> PlainCells(const std::vector<BINDataTuple>& tuples, std::size_t classes,
+                               bool rightClosed, const std::set<int>& cuts) {
+  std::vector<double> cells((cuts.size() + 1) * (classes + 1), 0.0);
+  for (const BINDataTuple& tuple : tuples) {
+    const auto isBelow = [&](int cut) {
+      return rightClosed ? cut < tuple.value : cut <= tuple.value;
+    };
+    const auto bin = static_cast<std::size_t>(std::count_if(cuts.begin(), cuts.end(), isBelow));
+    cells[bin * (classes + 1)] += tuple.weight;
+    cells[bin * (classes + 1) + 1 + tuple.target] += tuple.weight;
+  }
+  return cells;
+}
+
+// The values that the fast way cuts at, which are the numbers of the rows.
 std::set<int> FastCuts(const std::vector<BINDataTuple>& tuples, std::size_t classes,
                        bool rightClosed, std::size_t mostEntries) {
   WholeWeightRows rows;
-  EXPECT_TRUE(rows.FillByValue(tuples, classes, rightClosed));
+  const auto distinct = static_cast<std::size_t>(tuples.back().value) + 1;
+  EXPECT_TRUE(rows.FillByValue(tuples, distinct, classes, rightClosed));
   NLogN nLogN;
   nLogN.Prepare(rows.TotalWeight(), mostEntries);
-  return rows.Split(nLogN);
+  const WholeWeightRows::Bins bins = rows.Split(nLogN);
+  std::set<int> cuts;
+  for (const int row : bins.cutRows) {
+    cuts.insert(static_cast<int>(tuples[rows.TupleAtCut(row)].value));
+  }
+  EXPECT_EQ(PlainCells(tuples, classes, rightClosed, cuts), bins.cellCounts);
+  return cuts;
 }
 
-enum class Kind { kAny, kMirrored, kRepeated, kBlocks, kHeavy, kKinds };
+enum class Kind { kAny, kMirrored, kRepeated, kBlocks, kRuns, kHeavy, kKinds };
 
 struct Problem {
   std::vector<BINDataTuple> tuples;
@@ -89,9 +114,12 @@ Problem MakeProblem(std::uint64_t seed) {
   problem.classes = random.Below(8) == 0 ? 2 + random.Below(40) : 2 + random.Below(3);
   std::vector<std::vector<BINDataTuple>> rows(1 + random.Below(12));
   for (std::size_t r = 0; r < rows.size(); ++r) {
-    const std::size_t block = kind == Kind::kBlocks ? r / 4 : random.Below(problem.classes);
+    const std::size_t block = kind == Kind::kBlocks ? r / 4
+                              : kind == Kind::kRuns ? r / 3
+                                                    : random.Below(problem.classes);
     for (std::uint64_t n = 1 + random.Below(3); n > 0; --n) {
-      const std::uint64_t target = random.Below(4) == 0 ? random.Below(problem.classes) : block;
+      const bool strays = kind != Kind::kRuns && random.Below(4) == 0;
+      const std::uint64_t target = strays ? random.Below(problem.classes) : block;
       rows[r].push_back({0.0, static_cast<unsigned char>(target % problem.classes),
                          static_cast<double>(WeightOf(kind, random))});
     }
@@ -150,7 +178,7 @@ TEST(WholeWeightRows, MayComputeWhatNoTableHolds) {
 
 bool Accepts(double value, double weight, bool rightClosed = true) {
   WholeWeightRows rows;
-  return rows.FillByValue(std::vector<BINDataTuple>{{0.0, 0, 1.0}, {value, 1, weight}}, 2,
+  return rows.FillByValue(std::vector<BINDataTuple>{{0.0, 0, 1.0}, {value, 1, weight}}, 2, 2,
                           rightClosed);
 }
 
@@ -174,7 +202,7 @@ TEST(WholeWeightRows, LeavesToThePlainWayWhatItCannotDoExactly) {
 TEST(WholeWeightRows, RefusesEqualWeightsThatAddUpBeyondOneEntry) {
   WholeWeightRows rows;
   EXPECT_FALSE(rows.FillByValue(
-      std::vector<BINDataTuple>{{0.0, 0, 4294967295.0}, {0.0, 0, 1.0}, {1.0, 1, 1.0}}, 2, true));
+      std::vector<BINDataTuple>{{0.0, 0, 4294967295.0}, {0.0, 0, 1.0}, {1.0, 1, 1.0}}, 2, 2, true));
 }
 
 TEST(WholeWeightRows, RefusesBordersThatDoNotEndWithTheTuples) {
@@ -186,16 +214,35 @@ TEST(WholeWeightRows, RefusesBordersThatDoNotEndWithTheTuples) {
   EXPECT_FALSE(rows.FillByBorders(tuples, 2, true, std::vector<double>{-highest, 2.0, highest}));
 }
 
-TEST(WholeWeightRows, CountsTheClassesOfAStretchOfRows) {
+TEST(WholeWeightRows, OfARunInOneClassTheFirstValueStandsAloneWhenClosedOnTheRight) {
+  const std::vector<BINDataTuple> tuples{{0.0, 0, 1.0}, {1.0, 0, 2.0}, {2.0, 0, 3.0},
+                                         {3.0, 1, 4.0}, {4.0, 0, 1.0}, {4.0, 1, 1.0}};
   WholeWeightRows rows;
-  ASSERT_TRUE(rows.FillByValue(
-      std::vector<BINDataTuple>{{1.0, 0, 2.0}, {2.0, 1, 3.0}, {2.0, 0, 1.0}, {3.0, 1, 4.0}}, 2,
-      true));
-  std::vector<double> counts(3);
-  rows.CountRows(1, 2, counts);
-  EXPECT_EQ((std::vector<double>{8.0, 1.0, 7.0}), counts);
-  rows.CountRows(1, 0, counts);
-  EXPECT_EQ((std::vector<double>{0.0, 0.0, 0.0}), counts);
+  ASSERT_TRUE(rows.FillByValue(tuples, 5, 2, true));
+  ASSERT_EQ(4, rows.Count());
+  EXPECT_EQ(0.0, tuples[rows.TupleAtCut(0)].value);
+  EXPECT_EQ(2.0, tuples[rows.TupleAtCut(1)].value);
+  EXPECT_EQ(3.0, tuples[rows.TupleAtCut(2)].value);
+}
+
+TEST(WholeWeightRows, OfARunInOneClassTheLastValueStandsAloneWhenOpenOnTheRight) {
+  const std::vector<BINDataTuple> tuples{{0.0, 0, 1.0}, {1.0, 0, 2.0}, {2.0, 0, 3.0},
+                                         {3.0, 1, 4.0}, {4.0, 0, 1.0}, {4.0, 1, 1.0}};
+  WholeWeightRows rows;
+  ASSERT_TRUE(rows.FillByValue(tuples, 5, 2, false));
+  ASSERT_EQ(4, rows.Count());
+  EXPECT_EQ(0.0, tuples[rows.TupleAtCut(0)].value);
+  EXPECT_EQ(2.0, tuples[rows.TupleAtCut(1)].value);
+  EXPECT_EQ(3.0, tuples[rows.TupleAtCut(2)].value);
+}
+
+TEST(WholeWeightRows, RefusesARunWhoseWeightsAddUpBeyondOneEntry) {
+  const double heavy = 4294967295.0;
+  const std::vector<BINDataTuple> tuples{{0.0, 0, heavy}, {1.0, 0, heavy}, {2.0, 0, 1.0}};
+  for (const bool rightClosed : {true, false}) {
+    WholeWeightRows rows;
+    EXPECT_FALSE(rows.FillByValue(tuples, 3, 2, rightClosed));
+  }
 }
 
 TEST(WholeWeightRows, RefusesWithinBordersWhatItRefusesByValue) {

@@ -70,7 +70,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CaseSorting,
                          testing::Values(Mix{1, 1}, Mix{2, 1}, Mix{3, 1}, Mix{2, 5}, Mix{4, 4},
                                          Mix{17, 1}, Mix{15, 17}));
 
-constexpr std::size_t kSizes[] = {0, 1, 2, 3, 100, 1000, 20000};
+// Beyond 4096 cases few distinct values are counted instead of sorted.
+constexpr std::size_t kSizes[] = {0, 1, 2, 3, 100, 1000, 4095, 4096, 20000};
 
 TEST_P(CaseSorting, SupervisedTuplesEndInTheOrderOfTheirValuesWithTheirTargetsAndWeights) {
   SortMemory memory;
@@ -123,6 +124,26 @@ TEST(CaseSorter, NumbersThatDefeatTheVectorSortEndInTheirOrderAllTheSame) {
   std::vector<BINDataTuple> tuples(values.size());
   EXPECT_EQ(3000U, sorter.Sort(std::span(tuples)));
   for (std::size_t i = 0; i < tuples.size(); ++i) ASSERT_EQ(double(i), tuples[i].value);
+}
+
+// From few enough values to count to some more, with one kind and with so many that the
+// counters would not fit.
+TEST_P(CaseSorting, HoweverManyDistinctValuesThereAre) {
+  SortMemory memory;
+  for (const std::uint64_t distinct : {256u, 257u, 4095u, 4096u, 4097u}) {
+    const NamedShape shape{"", [&](Random& r, std::size_t i, std::size_t) {
+                             return i < distinct ? double(i) : double(r.Below(distinct));
+                           }};
+    std::vector<BINDataTuple> expected = CasesOf(shape, 10000);
+    std::reverse(expected.begin(), expected.end());
+    unsigned int counted = 0;
+    std::vector<BINDataTuple> got = Sorted<BINDataTuple>(expected, memory, counted);
+    EXPECT_EQ(distinct, counted);
+    EXPECT_TRUE(std::is_sorted(got.begin(), got.end()));
+    OrderByAll(expected);
+    OrderByAll(got);
+    ExpectEqual(expected, got);
+  }
 }
 
 bool IsSuitable(const std::vector<BINDataTuple>& cases) {
