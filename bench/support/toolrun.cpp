@@ -69,9 +69,11 @@ pid_t Start(const std::vector<std::string>& arguments, const std::string& output
 
 std::string ComplaintAboutAttribute(const Json& attribute, double totalWeight) {
   if (attribute.at("status").at("severity") == "error") return "ended in an error";
-  double sum = attribute.at("missing_weight").get<double>();
+  double sum = 0.0;
   for (const Json& bin : attribute.at("bins")) sum += bin.at("weight").get<double>();
-  if (sum != totalWeight) return "has bins that do not add up";
+  const bool addsUp = sum == attribute.at("weight").get<double>() &&
+                      attribute.at("total_weight").get<double>() == totalWeight;
+  if (!addsUp) return "has bins that do not add up";
   if (attribute.at("bins").size() != attribute.at("cuts").size() + 1)
     return "has bins without cuts";
   return {};

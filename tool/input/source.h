@@ -24,6 +24,9 @@ class Source {
   // How messages call it.
   const std::string& GetName() const { return fName; }
 
+  // The names of all inputs that its rows came from so far.
+  virtual std::vector<std::string> GetInputNames() const { return {fName}; }
+
   // One name per column, without the blanks around it; may be empty.
   const std::vector<std::string>& GetNames() const { return fNames; }
   std::optional<std::size_t> FindColumn(std::string_view name) const;

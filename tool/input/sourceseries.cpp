@@ -23,13 +23,12 @@ SourceSeries::SourceSeries(std::vector<std::string> inputs, Open open)
       fCurrent(0),
       fMark(0),
       fIsMarked(false) {
-  fSources[0] = fOpen(fInputs[0]);
+  OpenCurrent();
   fNames = Current().GetNames();
-  fFirstName = Current().GetName();
   fDecimalPoint = Current().GetDecimalPoint();
   fHeaderPlace = Current().LocateHeader();
   fHint = Current().HintForOnlyColumn();
-  fName = fmt::format("{} and {} more", fFirstName, fInputs.size() - 1);
+  fName = fmt::format("{} and {} more", fInputNames.front(), fInputs.size() - 1);
 }
 
 bool SourceSeries::NextRow() {
@@ -60,13 +59,18 @@ void SourceSeries::Rewind() {
   fIsMarked = false;
 }
 
+void SourceSeries::OpenCurrent() {
+  fSources[fCurrent] = fOpen(fInputs[fCurrent]);
+  fInputNames.push_back(Current().GetName());
+}
+
 // Goes on to the next input; false when there is none.
 bool SourceSeries::Advance() {
   if (fCurrent + 1 == fInputs.size()) return false;
   if (!fIsMarked) fSources[fCurrent].reset();
   ++fCurrent;
   if (fSources[fCurrent] == nullptr) {
-    fSources[fCurrent] = fOpen(fInputs[fCurrent]);
+    OpenCurrent();
     CheckNames();
   }
   if (fIsMarked) Current().Mark();
@@ -79,14 +83,14 @@ void SourceSeries::CheckNames() const {
     Current().FailAtHeader(
         fmt::format("{}; expected {}, as in {}; read files with the same "
                     "columns together, others apart",
-                    CountOf(names.size()), fNames.size(), fFirstName));
+                    CountOf(names.size()), fNames.size(), fInputNames.front()));
   }
   const auto [here, there] = std::mismatch(names.begin(), names.end(), fNames.begin());
   if (here == names.end()) return;
   Current().FailAtHeader(
       fmt::format("column {} is named {}; expected {}, as in {}; the columns "
                   "of all files need the same names in the same order",
-                  here - names.begin() + 1, Quoted(*here), Quoted(*there), fFirstName));
+                  here - names.begin() + 1, Quoted(*here), Quoted(*there), fInputNames.front()));
 }
 
 }  // namespace TQTool

@@ -19,6 +19,7 @@ class SourceSeries : public Source {
   // Opens the first of the inputs, of which there must be one.
   SourceSeries(std::vector<std::string> inputs, Open open);
 
+  std::vector<std::string> GetInputNames() const override { return fInputNames; }
   bool NextRow() override;
   std::string DescribeRow() const override;
   std::string LocateField(std::size_t column) const override;
@@ -29,6 +30,7 @@ class SourceSeries : public Source {
 
  private:
   Source& Current() const { return *fSources[fCurrent]; }
+  void OpenCurrent();
   bool Advance();
   void CheckNames() const;
 
@@ -38,7 +40,7 @@ class SourceSeries : public Source {
   std::size_t fCurrent;
   std::size_t fMark;
   bool fIsMarked;
-  std::string fFirstName;
+  std::vector<std::string> fInputNames;  // of the sources opened so far
   std::string fHeaderPlace;
   std::string fHint;
 };

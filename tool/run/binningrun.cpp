@@ -147,9 +147,9 @@ void BinEqualFrequency(const Workplace& work, Model& model) {
 }
 
 // Tells what was read and counted.
-InputSummary Summarize(const FedData& fed, const std::string& inputName) {
+InputSummary Summarize(const FedData& fed, const Source& source) {
   InputSummary input;
-  input.names = {inputName};
+  input.names = source.GetInputNames();
   input.rows = fed.rows;
   input.cases = fed.cases;
   input.weight = fed.weight;
@@ -201,7 +201,7 @@ Model RunBinning(const Options& options) {
   } else {
     BinEqualFrequency(work, model);
   }
-  model.input = Summarize(records.GetFedData(), table.GetName());
+  model.input = Summarize(records.GetFedData(), table);
   CheckArrival(model.attributes, records.GetFedData());
   Complete(options, model.attributes);
   return model;

@@ -35,6 +35,7 @@ TEST(SourceSeries, RowsFollowOneAnother) {
   EXPECT_EQ((std::vector<std::string>{"a", "b"}), series.GetNames());
   EXPECT_EQ("f0 and 2 more", series.GetName());
   EXPECT_EQ("1 3 5 ", RowsOf(series));
+  EXPECT_EQ((std::vector<std::string>{"f0", "f1", "f2"}), series.GetInputNames());
   EXPECT_FALSE(series.NextRow());
 }
 
