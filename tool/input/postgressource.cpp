@@ -95,6 +95,7 @@ void PostgresSource::Ask(const std::string& query) {
   const int columns = first == nullptr ? 0 : PQnfields(first.get());
   if (columns == 0) Fail("no columns in the query's answer; expected one SELECT");
   std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(columns));
   for (int i = 0; i < columns; ++i) names.emplace_back(PQfname(first.get(), i));
   fTexts.resize(names.size());
   SetNames(std::move(names));

@@ -116,6 +116,7 @@ void SqliteSource::Prepare(const std::string& query) {
                      isAlone ? "no columns" : "a second statement"));
   }
   std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(columns));
   for (int i = 0; i < columns; ++i) names.emplace_back(sqlite3_column_name(statement, i));
   fNumbers.resize(names.size());
   fTexts.resize(names.size());
