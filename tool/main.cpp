@@ -1,19 +1,31 @@
-// tqbin: bins the numeric columns of a CSV file.  A host of the binning library like
-// any other: it parses arguments, reads, calls the public headers and prints.
+// tqbin: bins the numeric columns of a table and works with the bins.  A host of the
+// binning library like any other: what each command does stands here, in the words of
+// the folders beside this file.
 
 #include <cstdio>
 #include <exception>
+#include <functional>
+#include <memory>
 #include <new>
-#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <fmt/format.h>
+
+#include "apply/apply.h"
+#include "base/notes.h"
+#include "base/plaintext.h"
 #include "base/signals.h"
 #include "base/toolerror.h"
-#include "cli/options.h"
+#include "cli/commandline.h"
+#include "input/opensource.h"
+#include "model/modelcheck.h"
+#include "model/modelreader.h"
 #include "model/modelwriter.h"
 #include "output/outputfile.h"
 #include "output/tablewriter.h"
@@ -46,19 +58,55 @@ int ExitCodeOf(const Model& model) {
   return kDone;
 }
 
-int Run(int argc, const char* const* argv) {
-  std::string text;
-  const std::optional<Options> options = ParseOptions(argc, argv, &text);
-  int exitCode = kDone;
-  if (options.has_value()) {
-    const Model model = RunBinning(*options);
-    text = options->format == OutputFormat::kJson ? WriteModel(model) : WriteTable(model);
-    exitCode = ExitCodeOf(model);
-  }
-  OutputFile output(options.has_value() ? options->output : "");
+void WriteText(const std::string& path, const std::string& text) {
+  OutputFile output(path);
   output.Write(text);
   output.Finish();
-  return exitCode;
+}
+
+std::string Print(const Model& model, OutputFormat format) {
+  return format == OutputFormat::kJson ? WriteModel(model) : WriteTable(model);
+}
+
+int BinData(const Options& options) {
+  const Model model = RunBinning(options);
+  WriteText(options.output, Print(model, options.format));
+  return ExitCodeOf(model);
+}
+
+int Apply(const ApplyOptions& options) {
+  const Model model = LoadModel(options.model);
+  const std::unique_ptr<Source> data = OpenSource(options.input);
+  OutputFile output(options.output);
+  ApplyModel(model, *data, options,
+             [&output](std::string_view text) { return output.Write(text); });
+  output.Finish();
+  return kDone;
+}
+
+int Show(const ModelOptions& options) {
+  WriteText(options.output, Print(LoadModel(options.model), options.format));
+  return kDone;
+}
+
+int Check(const ModelOptions& options) {
+  const Model model = LoadModel(options.model);
+  const std::vector<std::string> doubts = FindDoubts(model);
+  for (const std::string& doubt : doubts) PrintNote(doubt);
+  WriteText("",
+            fmt::format("{}: good: bins of {} column{}, {} remark{}\n", Printable(options.model),
+                        model.attributes.size(), model.attributes.size() == 1 ? "" : "s",
+                        doubts.size(), doubts.size() == 1 ? "" : "s"));
+  return options.isStrict && !doubts.empty() ? kDoneWithWarnings : kDone;
+}
+
+int Run(int argc, const char* const* argv) {
+  const Commands commands = {BinData, Apply, Show, Check};
+  std::string answer;
+  const std::function<int()> action = ParseCommandLine(argc, argv, commands, &answer);
+  if (action != nullptr) return action();
+  WriteText("", answer);
+  return kDone;
 }
 
 }  // namespace

@@ -95,7 +95,7 @@ std::string Heading(const BinnedAttribute& attribute, const Model& model) {
   }
   const Settings& settings = model.settings;
   std::string text = CountText(attribute.bins.size(), "bin");
-  if (attribute.isEdited) return text + ", edited: what is counted again for it shows as ?";
+  if (attribute.isEdited) return text + ", edited since they were counted; ? is not known";
   if (model.method == Method::kEqualFrequency &&
       attribute.bins.size() != static_cast<std::size_t>(settings.bins)) {
     text += fmt::format(" instead of {}, because equal values stay together", settings.bins);

@@ -1,8 +1,10 @@
 #include "run/binningrun.h"
 
+#include <ctime>
 #include <memory>
 #include <string>
 
+#include <fmt/chrono.h>
 #include <fmt/format.h>
 
 #include "base/plaintext.h"
@@ -193,6 +195,9 @@ Model RunBinning(const Options& options) {
 
   Model model;
   model.toolVersion = kVersion;
+  if (options.hasTimestamp) {
+    model.created = fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", fmt::gmtime(std::time(nullptr)));
+  }
   model.method = options.method;
   model.settings = options.settings;
   model.settings.weightMissing = RuleOf(options, options.settings.weight);

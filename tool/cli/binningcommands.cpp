@@ -1,17 +1,14 @@
 #include "cli/options.h"
 
-#include <algorithm>
 #include <limits>
 #include <memory>
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include "base/nearestname.h"
 #include "base/plaintext.h"
 #include "base/toolerror.h"
-#include "base/version.h"
-#include "cli/helpformatter.h"
+#include "cli/addcommands.h"
 #include "cli/inputarguments.h"
 #include "input/numbertext.h"
 
@@ -27,8 +24,6 @@ struct RawOptions {
   std::string closed = "right";
   std::string format = "table";
 };
-
-[[noreturn]] void Refuse(const std::string& message) { throw ToolError(kUsage, message); }
 
 // What is wrong with the text of a factor; nothing when it is a number from 0 to 1.
 std::string CheckFactor(const std::string& text) {
@@ -81,10 +76,10 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
                   "where the run's private temporary directory is made (default: TMPDIR, or "
                   "/tmp); needs 8 bytes per row and column used")
       ->type_name("DIR");
-  command
-      .add_option("-o,--output", options.output,
-                  "file to write, complete or not at all (default: -, standard output)")
-      ->type_name("FILE");
+  AddOutputOption(command, options.output);
+  command.add_flag("--timestamp", options.hasTimestamp,
+                   "let the model file say when it was made; without it, equal runs write equal "
+                   "files");
   command.add_option("--format", raw.format, "table (default), or json: the model file")
       ->check(CLI::IsMember({"table", "json"}).description(""))
       ->type_name("FORMAT");
@@ -139,74 +134,34 @@ void Interpret(const RawOptions& raw, Options& options) {
   }
 }
 
-// "; did you mean ...?" for what resembles a name of the command, else nothing.
-std::string Suggestion(const std::string& wanted, const CLI::App& command) {
-  std::vector<std::string> names;
-  for (const CLI::Option* const option : command.get_options()) {
-    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+// Adds one method; its options live as long as the parser's reference to them.
+void AddMethod(CLI::App& app, Method method, const Commands& commands, Action& action) {
+  const bool isSupervised = method == Method::kSupervised;
+  CLI::App* const command = app.add_subcommand(
+      NameOf(method),
+      isSupervised ? "Bins that separate the categories of a target: splits of least entropy."
+                   : "Bins that hold about equal numbers of rows, or equal weight.");
+  command->alias(isSupervised ? "mdlp" : "ef");
+  const auto options = std::make_shared<Options>();
+  const auto raw = std::make_shared<RawOptions>();
+  options->method = method;
+  if (isSupervised) {
+    AddSupervisedOptions(*command, *options);
+  } else {
+    AddEqualFrequencyOptions(*command, *options);
   }
-  for (const CLI::App* const child : command.get_subcommands(nullptr)) {
-    names.push_back(child->get_name());
-  }
-  const std::string* const nearest = NearestName(wanted, names);
-  return nearest == nullptr ? "" : fmt::format("; did you mean {}?", *nearest);
-}
-
-// Turns what the parser has to complain about into a message of ours.
-[[noreturn]] void RefuseCommandLine(const CLI::ParseError& error, const CLI::App& app) {
-  const std::vector<CLI::App*> chosen = app.get_subcommands();
-  const CLI::App& command = chosen.empty() ? app : *chosen.front();
-  const std::string help =
-      chosen.empty() ? "tqbin --help" : fmt::format("tqbin {} --help", command.get_name());
-  const std::vector<std::string> surplus = app.remaining(true);
-  std::string message = error.what();
-  if (!surplus.empty()) {
-    message = fmt::format("{} was not expected{}", Quoted(surplus.front()),
-                          Suggestion(surplus.front(), command));
-  } else if (chosen.empty()) {
-    message = "no method is named; expected supervised or equal-frequency";
-  }
-  std::replace(message.begin(), message.end(), '\n', ' ');
-  Refuse(fmt::format("{}; see {}", message, help));
+  AddCommonOptions(*command, *options, *raw);
+  command->callback([options, raw, &commands, &action] {
+    Interpret(*raw, *options);
+    action = [options, &commands] { return commands.bin(*options); };
+  });
 }
 
 }  // namespace
 
-std::optional<Options> ParseOptions(int argc, const char* const* argv, std::string* answer) {
-  Options options;
-  RawOptions raw;
-  CLI::App app("Cuts numeric columns of a CSV file into bins.", "tqbin");
-  app.formatter(std::make_shared<HelpFormatter>());
-  app.footer(kHelpFooter);
-  app.set_help_flag("-h,--help", "this help; of a method after its name");
-  app.set_version_flag("--version", fmt::format("tqbin {}", kVersion), "the tool's version");
-  app.require_subcommand(1);
-
-  CLI::App* const supervised = app.add_subcommand(
-      "supervised", "Bins that separate the categories of a target: splits of least entropy.");
-  supervised->alias("mdlp");
-  AddSupervisedOptions(*supervised, options);
-  AddCommonOptions(*supervised, options, raw);
-  CLI::App* const equalFrequency = app.add_subcommand(
-      "equal-frequency", "Bins that hold about equal numbers of rows, or equal weight.");
-  equalFrequency->alias("ef");
-  AddEqualFrequencyOptions(*equalFrequency, options);
-  AddCommonOptions(*equalFrequency, options, raw);
-
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::CallForHelp&) {
-    *answer = app.help();
-    return std::nullopt;
-  } catch (const CLI::CallForVersion& version) {
-    *answer = std::string(version.what()) + "\n";
-    return std::nullopt;
-  } catch (const CLI::ParseError& error) {
-    RefuseCommandLine(error, app);
-  }
-  options.method = equalFrequency->parsed() ? Method::kEqualFrequency : Method::kSupervised;
-  Interpret(raw, options);
-  return options;
+void AddBinningCommands(CLI::App& app, const Commands& commands, Action& action) {
+  AddMethod(app, Method::kSupervised, commands, action);
+  AddMethod(app, Method::kEqualFrequency, commands, action);
 }
 
 }  // namespace TQTool

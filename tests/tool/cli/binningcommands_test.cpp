@@ -1,4 +1,4 @@
-#include "cli/options.h"
+#include "cli/commandline.h"
 
 #include <cmath>
 
@@ -19,7 +19,16 @@ std::optional<Options> Parse(std::vector<std::string> arguments, std::string* an
   arguments.insert(arguments.begin(), "tqbin");
   std::vector<const char*> argv;
   for (const std::string& argument : arguments) argv.push_back(argument.c_str());
-  return ParseOptions(static_cast<int>(argv.size()), argv.data(), answer);
+  std::optional<Options> options;
+  Commands commands;
+  commands.bin = [&options](const Options& given) {
+    options = given;
+    return 0;
+  };
+  const auto action =
+      ParseCommandLine(static_cast<int>(argv.size()), argv.data(), commands, answer);
+  if (action != nullptr) action();
+  return options;
 }
 
 // The options of a supervised run on f.csv with further arguments.
@@ -184,7 +193,7 @@ TEST(Options, OptionsWithoutEffectAreRefused) {
 }
 
 TEST(Options, WhatIsMissingIsNamed) {
-  EXPECT_THAT(ErrorOfArguments({}), StartsWith("2: no method is named;"));
+  EXPECT_THAT(ErrorOfArguments({}), StartsWith("2: no command is named;"));
   EXPECT_THAT(ErrorOfArguments({"mdlp", "f"}), StartsWith("2: --target is required"));
   EXPECT_THAT(ErrorOfArguments({"mdlp", "-t", "x"}), StartsWith("2: FILE is required"));
   EXPECT_THAT(ErrorOfArguments({"ef", "f"}), StartsWith("2: --bins is required"));

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "base/plaintext.h"
+#include "cli/commandline.h"
+
+namespace TQTool {
+
+// What is to be run, once the command line has been read.
+using Action = std::function<int()>;
+
+// Each adds commands with their options; the one that the command line names sets
+// `action`, or throws ToolError (kUsage) for options that cannot be meant.
+void AddBinningCommands(CLI::App& app, const Commands& commands, Action& action);
+void AddApplyCommand(CLI::App& app, const Commands& commands, Action& action);
+void AddModelCommands(CLI::App& app, const Commands& commands, Action& action);
+
+// What every command that writes has.
+void AddOutputOption(CLI::App& command, std::string& output);
+
+// "'text' is not one of a, b, c".
+template <class Value>
+std::string NotAmong(const std::string& text, const std::map<std::string, Value>& values) {
+  std::string message = Quoted(text) + " is not one of";
+  for (const auto& entry : values) {
+    message += (entry.first == values.begin()->first ? " " : ", ") + entry.first;
+  }
+  return message;
+}
+
+// An option that takes one of the names of `values`.
+template <class Value>
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, Value& value,
+                       const std::map<std::string, Value>& values, const std::string& help,
+                       const std::string& type) {
+  const auto choose = [&value, values, name](const std::string& text) {
+    const auto found = values.find(text);
+    if (found == values.end()) throw CLI::ValidationError(name, NotAmong(text, values));
+    value = found->second;
+  };
+  return command.add_option_function<std::string>(name, choose, help)->type_name(type);
+}
+
+}  // namespace TQTool

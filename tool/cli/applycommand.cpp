@@ -1,0 +1,76 @@
+#include <memory>
+
+#include "cli/addcommands.h"
+#include "cli/inputarguments.h"
+
+namespace TQTool {
+namespace {
+
+void AddReadingOptions(CLI::App& command, ApplyOptions& options) {
+  command.add_option("MODEL", options.model, "model file that tqbin wrote")
+      ->required()
+      ->type_name("");
+  AddInputArguments(command, options.input);
+  command
+      .add_option("-a,--attribute", options.attributes,
+                  "column to bin; may be repeated (default: every column of the model)")
+      ->allow_extra_args(false)
+      ->type_name("COLUMN");
+  command
+      .add_option("--missing-token", options.missingTokens,
+                  "text that stands for a missing value; may be repeated, and then replaces those "
+                  "of the model")
+      ->allow_extra_args(false)
+      ->type_name("TEXT");
+  AddChoice<OddValue>(
+      command, "--out-of-range", options.outOfRange,
+      {{"bin", OddValue::kBin}, {"missing", OddValue::kMissing}, {"refuse", OddValue::kRefuse}},
+      "a value beyond those that the model was made of: into the first or last "
+      "bin (bin, default), taken for missing, or an error (refuse)",
+      "RULE");
+  AddChoice<OddValue>(command, "--not-number", options.notNumber,
+                      {{"missing", OddValue::kMissing}, {"refuse", OddValue::kRefuse}},
+                      "a text that is no number: taken for missing, or an error (refuse, default)",
+                      "RULE");
+}
+
+void AddWritingOptions(CLI::App& command, ApplyOptions& options) {
+  AddChoice<BinText>(
+      command, "--as", options.binText,
+      {{"label", BinText::kLabel}, {"interval", BinText::kInterval}, {"index", BinText::kIndex}},
+      "what names a bin: its label, or its interval where it has none (label, "
+      "default), its interval, or its index from 0",
+      "KIND");
+  command
+      .add_option("--missing-text", options.missingText,
+                  "the bin of a missing value (default: an empty field, null in JSON)")
+      ->type_name("TEXT");
+  command
+      .add_option("--suffix", options.suffix,
+                  "what a column's name gets for its bins (default: _bin)")
+      ->type_name("TEXT");
+  command.add_flag("--bins-only", options.areBinsOnly, "leave the columns of the data out");
+  AddChoice<RowFormat>(
+      command, "--format", options.format,
+      {{"csv", RowFormat::kCsv}, {"tsv", RowFormat::kTsv}, {"ndjson", RowFormat::kNdjson}},
+      "csv (default), tsv, or ndjson: an object of texts per line", "FORMAT");
+  command.add_flag("--spreadsheet-safe", options.isSpreadsheetSafe,
+                   "put an apostrophe before a text that a spreadsheet would take for a formula");
+  AddOutputOption(command, options.output);
+}
+
+}  // namespace
+
+void AddApplyCommand(CLI::App& app, const Commands& commands, Action& action) {
+  CLI::App* const command =
+      app.add_subcommand("apply", "Writes data with a column of bins per column of a model.");
+  const auto options = std::make_shared<ApplyOptions>();
+  AddReadingOptions(*command, *options);
+  AddWritingOptions(*command, *options);
+  command->callback([options, &commands, &action] {
+    CheckInputArguments(options->input);
+    action = [options, &commands] { return commands.apply(*options); };
+  });
+}
+
+}  // namespace TQTool

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "apply/applyoptions.h"
+#include "cli/modeloptions.h"
+#include "cli/options.h"
+
+namespace TQTool {
+
+// What each command does with its options; returns the exit code.
+struct Commands {
+  std::function<int(const Options&)> bin;  // supervised and equal-frequency
+  std::function<int(const ApplyOptions&)> apply;
+  std::function<int(const ModelOptions&)> show;
+  std::function<int(const ModelOptions&)> check;
+};
+
+// Reads the command line and gives what it asks for, to be run.  When it asks for help
+// or the version, gives nothing but that text in `*answer`.  Throws ToolError (kUsage).
+std::function<int()> ParseCommandLine(int argc, const char* const* argv, const Commands& commands,
+                                      std::string* answer);
+
+}  // namespace TQTool
