@@ -51,11 +51,13 @@ int Report(int exitCode, const char* message) {
 }
 
 // A column that ended in an error has no bins, whatever the others have.
-int ExitCodeOf(const Model& model) {
+int ExitCodeOf(const Model& model, bool isStrict) {
+  int exitCode = kDone;
   for (const BinnedAttribute& attribute : model.attributes) {
     if (attribute.status.IsError()) return kLibraryFailure;
+    if (isStrict && !attribute.status.IsOK()) exitCode = kDoneWithWarnings;
   }
-  return kDone;
+  return exitCode;
 }
 
 void WriteText(const std::string& path, const std::string& text) {
@@ -71,7 +73,7 @@ std::string Print(const Model& model, OutputFormat format) {
 int BinData(const Options& options) {
   const Model model = RunBinning(options);
   WriteText(options.output, Print(model, options.format));
-  return ExitCodeOf(model);
+  return ExitCodeOf(model, options.isStrict);
 }
 
 int Apply(const ApplyOptions& options) {

@@ -5,6 +5,7 @@ usage: table_test.py TQBIN DATA_DIRECTORY
 """
 
 import json
+import math
 import re
 import subprocess
 import sys
@@ -33,7 +34,7 @@ def sections(table):
     for block in table.split("\n\n")[1:]:
         heading, *lines = block.splitlines()
         rows = [re.split(r"  +", line.strip()) for line in lines if not
-                re.match(r"  (what to do|\d+ distinct)", line)]
+                re.match(r"  (what to do|information gain|\d+ distinct)", line)]
         result[heading.split(": ")[0]] = rows
     return result
 
@@ -44,6 +45,18 @@ def interval(one, right_closed):
     return f"{lower}, {upper}"
 
 
+def events(attribute, one):
+    """The event rate and the weight of evidence of a bin."""
+    totals = [sum(weights) for weights in
+              zip(*(b["category_weights"] for b in attribute["bins"]))]
+    cells = one["category_weights"]
+    if sum(cells) == 0:
+        return ["?", "0.000"]
+    added = 0.5 if min(cells) == 0 else 0.0
+    evidence = math.log((cells[1] + added) / totals[1] / ((cells[0] + added) / totals[0]))
+    return [f"{100 * cells[1] / sum(cells):.1f}%", f"{evidence:.3f}"]
+
+
 def expected_rows(attribute, categories, right_closed):
     whole = attribute["total_weight"]
 
@@ -51,10 +64,13 @@ def expected_rows(attribute, categories, right_closed):
         return [name, f"{weight:.0f}", f"{100 * weight / whole:.1f}%",
                 *(f"{w:.0f}" for w in category_weights)]
 
-    rows = [["bin", "rows", "share", *categories]]
+    has_events = len(categories) == 2 and attribute["bins"]
+    rows = [["bin", "rows", "share", *categories, *(["rate", "WoE"] if has_events else [])]]
     for one in attribute["bins"]:
         rows.append(row(interval(one, right_closed), one["weight"],
                         one.get("category_weights", [])))
+        if has_events:
+            rows[-1] += events(attribute, one)
     totals = [sum(one["category_weights"][c] for one in attribute["bins"])
               for c in range(len(categories))]
     rows.append(row("total", attribute["weight"], totals))

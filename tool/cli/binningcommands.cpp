@@ -77,6 +77,8 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
                   "/tmp); needs 8 bytes per row and column used")
       ->type_name("DIR");
   AddOutputOption(command, options.output);
+  command.add_flag("--strict", options.isStrict,
+                   "end with 1 when a column was not cut as asked; its status tells why");
   command.add_flag("--timestamp", options.hasTimestamp,
                    "let the model file say when it was made; without it, equal runs write equal "
                    "files");

@@ -15,6 +15,9 @@ constexpr const char* kExamples = R"(Examples:
       Read standard input, count a row as often as its weight says, write JSON.
   tqbin supervised loans.csv --target paid --user-missing age=999,..-1
       Take an age of 999, or -1 and less, for missing.
+  tqbin supervised iris.csv --target species --format json -o model.json
+  tqbin apply model.json new.csv
+      Keep the bins in a model file, then put new rows into them.
 )";
 
 // One entry of the help: what is explained in a column of its own, the explanation
@@ -48,8 +51,9 @@ std::string HelpEntry(const std::string& what, const std::string& explanation) {
 const char* const kHelpFooter =
     R"(A bin is shown as an interval: (2, 5] holds what is above 2 and at most 5.
 Results go to standard output, everything else to standard error.
-Exit codes: 0 done, 2 usage, 3 input, 4 file system, 5 library error or out of
-memory, 128 + signal when cancelled (130 Ctrl-C, 143 SIGTERM).)";
+Exit codes: 0 done, 1 done with warnings and --strict, 2 usage, 3 input, 4 file
+system, 5 library error or out of memory, 128 + signal when cancelled (130 Ctrl-C,
+143 SIGTERM).)";
 
 std::string HelpFormatter::make_help(const CLI::App* app, std::string name,
                                      CLI::AppFormatMode mode) const {

@@ -18,6 +18,7 @@ struct Options {
   std::vector<std::string> attributes;  // as given: names, or lists of names; empty for all
   std::vector<UserMissing> userMissing;
   Settings settings;
+  bool isStrict = false;      // a column that was not cut as asked makes the exit code 1
   bool hasTimestamp = false;  // the model says when it was made
   std::string tempDir;        // empty for the default
   OutputFormat format = OutputFormat::kTable;

@@ -1,12 +1,16 @@
 #include "output/tablewriter.h"
 
 #include <cmath>
+#include <cstdint>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
 
 #include "base/plaintext.h"
 #include "base/statuswords.h"
+#include "model/measures.h"
 #include "model/recount.h"
 #include "output/textgrid.h"
 
@@ -33,6 +37,12 @@ void AppendWeights(double weight, const std::vector<double>& classWeights, doubl
   for (const double classWeight : classWeights) cells.push_back(WeightText(classWeight));
 }
 
+// The event rate and the weight of evidence of a bin.
+void AppendEvents(const Measures::OfBin& bin, std::vector<std::string>& cells) {
+  cells.push_back(ShareText(bin.eventRate, 1.0));
+  cells.push_back(fmt::format("{:.3f}", bin.weightOfEvidence));
+}
+
 std::vector<double> WeightsOf(const std::vector<Count>& counts) {
   std::vector<double> weights;
   for (const Count& count : counts) weights.push_back(count.weight);
@@ -47,6 +57,9 @@ std::string BinTable(const BinnedAttribute& attribute, const Model& model) {
   if (target != nullptr) {
     for (const std::string& category : target->categories) heading.push_back(Printable(category));
   }
+  const std::optional<Measures> measures = MeasuresOf(attribute);
+  const bool hasEvents = measures.has_value() && !measures->bins.empty();
+  if (hasEvents) heading.insert(heading.end(), {"rate", "WoE"});
   grid.AddRow(heading);
 
   const double whole = attribute.total.weight;
@@ -55,6 +68,7 @@ std::string BinTable(const BinnedAttribute& attribute, const Model& model) {
     const Bin& bin = attribute.bins[b];
     std::vector<std::string> cells = {Printable(LabelOf(attribute, b))};
     AppendWeights(bin.count.weight, WeightsOf(bin.categories), whole, cells);
+    if (hasEvents) AppendEvents(measures->bins[b], cells);
     grid.AddRow(cells);
     totals = b == 0 ? bin : Sum(totals, bin);
   }
@@ -78,6 +92,12 @@ std::string Summary(const BinnedAttribute& attribute) {
                   attribute.numDistinct == 1 ? "" : "s", attribute.minimum, attribute.maximum);
   if (attribute.entropy != TQMV::gMissingValue) {
     text += fmt::format("; entropy within the bins {:.4f} bits", attribute.entropy);
+  }
+  const std::optional<Measures> measures = MeasuresOf(attribute);
+  if (!measures.has_value() || attribute.cuts.empty()) return text;
+  text += fmt::format("\n  information gain {:.4f} bits", measures->informationGain);
+  if (!measures->bins.empty()) {
+    text += fmt::format("; information value {:.4f}", measures->informationValue);
   }
   return text;
 }
@@ -126,6 +146,20 @@ std::string Title(const Model& model) {
   return fmt::format("{}: {} binned by {}\n", names, columns, fmt::join(targets, ", "));
 }
 
+// Why rows did not count; nothing when all did.
+std::string DroppedText(const InputSummary& input) {
+  const std::pair<std::uint64_t, const char*> reasons[] = {
+      {input.droppedWeightMissing, "with a missing weight"},
+      {input.droppedWeightNotPositive, "with a weight not above zero"},
+      {input.droppedWeightRoundedAway, "with a weight that was rounded to zero"}};
+  std::vector<std::string> texts;
+  for (const auto& [count, reason] : reasons) {
+    if (count != 0) texts.push_back(fmt::format("{} {}", count, reason));
+  }
+  if (texts.empty()) return "";
+  return fmt::format("; left out: {}", fmt::join(texts, ", "));
+}
+
 std::string RowsLine(const Model& model) {
   const InputSummary& input = model.input;
   std::string text = CountText(input.rows, "row");
@@ -133,10 +167,7 @@ std::string RowsLine(const Model& model) {
     text += fmt::format(" of total weight {} by {}", WeightText(input.weight),
                         Printable(model.settings.weight));
   }
-  if (input.cases != input.rows) {
-    text +=
-        fmt::format("; {} left out, weight missing or not above zero", input.rows - input.cases);
-  }
+  text += DroppedText(input);
   for (const Target& target : model.targets) {
     if (target.missingCases == 0) continue;
     const std::string which = model.targets.size() > 1 ? " " + Printable(target.name) : "";

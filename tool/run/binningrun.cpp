@@ -7,6 +7,7 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include "base/notes.h"
 #include "base/plaintext.h"
 #include "base/privatedirectory.h"
 #include "base/signals.h"
@@ -161,6 +162,19 @@ InputSummary Summarize(const FedData& fed, const Source& source) {
   return input;
 }
 
+// Warns when the weights look like those of a sample: the library counts a row as often
+// as its weight says, so they would make every difference look surer than it is.
+void NoteLargeWeights(const Settings& settings, const FedData& fed) {
+  constexpr double kSuspicious = 10.0;  // average weight per case
+  const auto cases = static_cast<double>(fed.cases);
+  if (settings.weight.empty() || !(fed.weight > kSuspicious * cases)) return;
+  PrintNote(
+      fmt::format("the weights of {} add up to {} for {} rows; they count like repeated rows, so "
+                  "a sampling weight gives too many cut points; if it is one, divide it by its "
+                  "mean, {}, and take --weight-rounding none",
+                  Quoted(settings.weight), fed.weight, fed.cases, fed.weight / cases));
+}
+
 // Without weights every case is a row.
 void TakeWeightsForRows(BinnedAttribute& attribute) {
   attribute.valid.rows = attribute.valid.weight;
@@ -208,6 +222,7 @@ Model RunBinning(const Options& options) {
   }
   model.input = Summarize(records.GetFedData(), table);
   CheckArrival(model.attributes, records.GetFedData());
+  NoteLargeWeights(options.settings, records.GetFedData());
   Complete(options, model.attributes);
   return model;
 }

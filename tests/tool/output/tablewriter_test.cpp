@@ -18,9 +18,10 @@ TEST(TableWriter, WritesASupervisedResult) {
       "\n"
       "income: 2 bins\n"
       "  5 distinct values from -0.1 to 1000000; entropy within the bins 0.4140 bits\n"
-      "  bin          rows  share  no  yes\n"
-      "  (-inf, 2.5]     7  58.3%   6    1\n"
-      "  (2.5, inf)      3  25.0%   0    3\n"
+      "  information gain 0.5568 bits; information value 2.9012\n"
+      "  bin          rows  share  no  yes    rate     WoE\n"
+      "  (-inf, 2.5]     7  58.3%   6    1   14.3%  -1.386\n"
+      "  (2.5, inf)      3  25.0%   0    3  100.0%   2.351\n"
       "  total          10  83.3%   6    4\n"
       "  missing         2  16.7%\n",
       WriteTable(SmallModel()));
@@ -73,12 +74,14 @@ TEST(TableWriter, WeightsAreNamedAndFractionsShort) {
   Model model = SmallModel();
   model.settings.weight = "n";
   model.input.rows = 15;
+  model.input.droppedWeightMissing = 2;
+  model.input.droppedWeightRoundedAway = 1;
   model.input.weight = 12.0;
   model.attributes[0].bins[0].count.weight = 7.123456;
   model.attributes[0].bins[1].count.weight = 0.0001234;
   const std::string text = WriteTable(model);
-  EXPECT_THAT(text, HasSubstr("\n15 rows of total weight 12 by n; 3 left out, weight missing or "
-                              "not above zero\n"));
+  EXPECT_THAT(text, HasSubstr("\n15 rows of total weight 12 by n; left out: 2 with a missing "
+                              "weight, 1 with a weight that was rounded to zero\n"));
   EXPECT_THAT(text, HasSubstr(" weight  share "));
   EXPECT_THAT(text, HasSubstr(" 7.123 "));
   EXPECT_THAT(text, HasSubstr(" 0.000123 "));
