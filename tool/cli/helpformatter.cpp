@@ -52,8 +52,8 @@ const char* const kHelpFooter =
     R"(A bin is shown as an interval: (2, 5] holds what is above 2 and at most 5.
 Results go to standard output, everything else to standard error.
 Exit codes: 0 done, 1 done with warnings and --strict, 2 usage, 3 input, 4 file
-system, 5 library error or out of memory, 128 + signal when cancelled (130 Ctrl-C,
-143 SIGTERM).)";
+system, 5 library error or out of memory, 128 + signal when cancelled (130
+Ctrl-C, 143 SIGTERM).)";
 
 std::string HelpFormatter::make_help(const CLI::App* app, std::string name,
                                      CLI::AppFormatMode mode) const {
