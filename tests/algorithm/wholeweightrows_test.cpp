@@ -205,6 +205,43 @@ TEST(WholeWeightRows, RefusesEqualWeightsThatAddUpBeyondOneEntry) {
       std::vector<BINDataTuple>{{0.0, 0, 4294967295.0}, {0.0, 0, 1.0}, {1.0, 1, 1.0}}, 2, 2, true));
 }
 
+TEST(WholeWeightRows, RefusesARowOfWhichOneClassIsTooHeavyForAnEntry) {
+  WholeWeightRows rows;
+  EXPECT_FALSE(rows.FillByValue(
+      std::vector<BINDataTuple>{{0.0, 0, 4294967295.0}, {0.0, 0, 1.0}, {0.0, 1, 1.0}}, 1, 2, true));
+}
+
+TEST(WholeWeightRows, RefusesAFractionalWeightAmongTheCasesOfOneValue) {
+  WholeWeightRows rows;
+  EXPECT_FALSE(
+      rows.FillByValue(std::vector<BINDataTuple>{{0.0, 0, 1.0}, {0.0, 1, 1.5}}, 1, 2, true));
+}
+
+TEST(WholeWeightRows, RefusesBinsThatAreTooHeavyForAnEntry) {
+  constexpr double kMost = 4294967295.0;
+  constexpr double kEnd = std::numeric_limits<double>::max();
+  const std::vector<double> borders{-kEnd, 1.0, kEnd};
+  WholeWeightRows rows;
+  EXPECT_FALSE(rows.FillByBorders(
+      std::vector<BINDataTuple>{{0.0, 0, kMost}, {1.0, 0, 1.0}, {2.0, 1, 1.0}}, 2, true, borders));
+  EXPECT_FALSE(rows.FillByBorders(
+      std::vector<BINDataTuple>{{0.0, 1, 1.0}, {2.0, 0, kMost}, {3.0, 0, 1.0}}, 2, true, borders));
+}
+
+// Beyond, not all whole numbers are doubles.
+TEST(WholeWeightRows, RefusesATotalBeyondTwoToThe53) {
+  std::vector<BINDataTuple> tuples;
+  for (int i = 0; i < (1 << 21); ++i) {
+    tuples.push_back({double(i), static_cast<unsigned char>(i % 2), 4294967295.0});
+  }
+  const double rest = std::ldexp(1.0, 21);  // to 2^53 exactly
+  tuples.push_back({double(tuples.size()), 0, rest});
+  WholeWeightRows rows;
+  EXPECT_TRUE(rows.FillByValue(tuples, tuples.size(), 2, true));
+  tuples.back().weight += 1.0;
+  EXPECT_FALSE(rows.FillByValue(tuples, tuples.size(), 2, true));
+}
+
 TEST(WholeWeightRows, RefusesBordersThatDoNotEndWithTheTuples) {
   const std::vector<BINDataTuple> tuples{{1.0, 0, 1.0}, {2.0, 1, 1.0}};
   const double highest = std::numeric_limits<double>::max();
