@@ -199,6 +199,15 @@ TEST(WholeWeightRows, LeavesToThePlainWayWhatItCannotDoExactly) {
   EXPECT_FALSE(Accepts(std::numeric_limits<double>::max(), 1.0, false));
 }
 
+// With an open border it would be cut where the axis begins.
+TEST(WholeWeightRows, LeavesTheLeastDoubleToThePlainWayWhenOpenOnTheRight) {
+  const std::vector<BINDataTuple> tuples{{std::numeric_limits<double>::lowest(), 0, 1.0},
+                                         {0.0, 1, 1.0}};
+  WholeWeightRows rows;
+  EXPECT_TRUE(rows.FillByValue(tuples, 2, 2, true));
+  EXPECT_FALSE(rows.FillByValue(tuples, 2, 2, false));
+}
+
 TEST(WholeWeightRows, RefusesEqualWeightsThatAddUpBeyondOneEntry) {
   WholeWeightRows rows;
   EXPECT_FALSE(rows.FillByValue(
