@@ -172,5 +172,16 @@ TEST(TupleSort, TheSmallestValueGoesToTheVeryFront) {
   ExpectSameContents(before, tuples);
 }
 
+// The radix sort takes eleven bits at a time.
+TEST(TupleSort, ValuesThatDifferInTwelveBitsAreOrderedByAllOfThem) {
+  SortMemory memory;
+  std::vector<EFBINDataTuple> tuples;
+  for (int i = 4095; i >= 0; --i) tuples.push_back({1.0 + std::ldexp(double(i), -12), 1.0});
+  SortByValue(std::span(tuples), memory);
+  for (std::size_t i = 0; i < tuples.size(); ++i) {
+    ASSERT_EQ(1.0 + std::ldexp(double(i), -12), tuples[i].value) << "tuple " << i;
+  }
+}
+
 }  // namespace
 }  // namespace TQBinning
