@@ -10,9 +10,11 @@
 
 #if defined(__AVX512F__)
 
-// The compiler's own intrinsics read variables that they call undefined.
+#if !defined(__clang__)
+// g++'s own intrinsics read variables that they call undefined.
 #pragma GCC diagnostic ignored "-Wuninitialized"
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 #include <immintrin.h>
 
 namespace TQBinning {
