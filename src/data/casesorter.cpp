@@ -111,7 +111,7 @@ void SortNumbers(double* values, double* spare, std::size_t count) {
 
 CaseSorter::CaseSorter(SortMemory& memory, std::size_t mostCases) : fMemory(memory) {
   memory.ReserveForKinds(mostCases);
-  memory.kindOf.resize(kWeights * kWeights, 0);
+  memory.kindOf.resize(std::size_t{kWeights} * kWeights, 0);
 }
 
 CaseSorter::~CaseSorter() {

@@ -10,7 +10,7 @@ std::shared_ptr<ModelOptions> AddCommand(CLI::App& app, const char* name, const 
                                          const std::function<int(const ModelOptions&)>& run,
                                          Action& action) {
   CLI::App* const command = app.add_subcommand(name, help);
-  const auto options = std::make_shared<ModelOptions>();
+  auto options = std::make_shared<ModelOptions>();
   command->add_option("MODEL", options->model, "model file, or - for standard input")
       ->required()
       ->type_name("");

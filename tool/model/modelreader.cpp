@@ -125,6 +125,7 @@ std::vector<double> ReadCounts(const JsonNode& node, std::size_t size) {
                           items.size(), size));
   }
   std::vector<double> counts;
+  counts.reserve(items.size());
   for (const JsonNode& item : items) counts.push_back(item.NumberOr(TQMV::gMissingValue));
   return counts;
 }
@@ -146,7 +147,7 @@ Bin ReadBin(const JsonNode& node, const Target* target) {
 }
 
 std::vector<double> ReadCuts(const JsonNode& node) {
-  const std::vector<double> cuts = node.Numbers();
+  std::vector<double> cuts = node.Numbers();
   for (std::size_t i = 1; i < cuts.size(); ++i) {
     if (cuts[i] > cuts[i - 1]) continue;
     node.Items()[i].Fail(
@@ -159,7 +160,7 @@ std::vector<double> ReadCuts(const JsonNode& node) {
 
 std::vector<std::string> ReadLabels(const JsonNode& node, std::size_t numBins) {
   if (node.IsNull()) return {};
-  const std::vector<std::string> labels = node.Texts();
+  std::vector<std::string> labels = node.Texts();
   if (labels.size() != numBins) {
     node.Fail(
         fmt::format("{} labels for {} bins; expected one per bin, so one more than cut "

@@ -45,6 +45,7 @@ void AppendEvents(const Measures::OfBin& bin, std::vector<std::string>& cells) {
 
 std::vector<double> WeightsOf(const std::vector<Count>& counts) {
   std::vector<double> weights;
+  weights.reserve(counts.size());
   for (const Count& count : counts) weights.push_back(count.weight);
   return weights;
 }
