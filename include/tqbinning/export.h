@@ -8,4 +8,5 @@
 #define TQBINNING_HIDDEN [[gnu::visibility("hidden")]]
 #else
 #define TQBINNING_EXPORT
+#define TQBINNING_HIDDEN
 #endif

@@ -100,7 +100,7 @@ bool WholeWeightRows::Start(std::span<const BINDataTuple> tuples, std::size_t ro
   fRowTuples.reserve(rows);
   fIsBoundary.clear();
   fIsBoundary.reserve(rows);
-  fWeightInRow.assign(std::max<std::size_t>(classes, 256), 0);
+  fWeightInRow.assign(classes, 0);
   fClassesInRow.clear();
   return true;
 }

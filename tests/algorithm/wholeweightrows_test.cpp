@@ -12,24 +12,13 @@
 #include <vector>
 
 #include "algorithm/nlogn.h"
+#include "support/random.h"
 #include "tqbinning/binalgorithm.h"
 
 namespace TQBinning {
 namespace {
 
-class Random {  // splitmix64: the same numbers everywhere
- public:
-  explicit Random(std::uint64_t seed) : fState(seed) {}
-  std::uint64_t Below(std::uint64_t n) {
-    std::uint64_t z = fState += 0x9e3779b97f4a7c15U;
-    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
-    z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
-    return (z ^ (z >> 31)) % n;
-  }
-
- private:
-  std::uint64_t fState;
-};
+using support::Random;
 
 class PlainAlgorithm : public BINAlgorithm {
  public:

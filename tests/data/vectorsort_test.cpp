@@ -22,28 +22,22 @@ std::vector<double> NumbersOf(const NamedShape& shape, std::size_t n) {
   return values;
 }
 
+void ExpectSorted(const NamedShape& shape, std::size_t n) {
+  SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n));
+  std::vector<double> values = NumbersOf(shape, n);
+  std::vector<double> expected = values;
+  std::sort(expected.begin(), expected.end());
+  std::vector<double> spare(n + kVectorSortSlack);
+  ASSERT_TRUE(SortByVector(values.data(), spare.data(), n));
+  ASSERT_EQ(expected, values);
+}
+
 // Everywhere but on a processor without the instructions, where nothing calls it.
 TEST(VectorSort, NumbersEndInTheirOrder) {
   if (!CanSortByVector()) return;
   for (const NamedShape& shape : Shapes()) {
-    for (std::size_t n = 0; n < 300; ++n) {
-      SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n));
-      std::vector<double> values = NumbersOf(shape, n);
-      std::vector<double> expected = values;
-      std::sort(expected.begin(), expected.end());
-      std::vector<double> spare(n + kVectorSortSlack);
-      ASSERT_TRUE(SortByVector(values.data(), spare.data(), n));
-      ASSERT_EQ(expected, values);
-    }
-    for (const std::size_t n : {1000u, 4095u, 4096u, 4097u, 100003u}) {
-      SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n));
-      std::vector<double> values = NumbersOf(shape, n);
-      std::vector<double> expected = values;
-      std::sort(expected.begin(), expected.end());
-      std::vector<double> spare(n + kVectorSortSlack);
-      ASSERT_TRUE(SortByVector(values.data(), spare.data(), n));
-      ASSERT_EQ(expected, values);
-    }
+    for (std::size_t n = 0; n < 300; ++n) ExpectSorted(shape, n);
+    for (const std::size_t n : {1000u, 4095u, 4096u, 4097u, 100003u}) ExpectSorted(shape, n);
   }
 }
 

@@ -5,21 +5,14 @@
 #include <utility>
 #include <vector>
 
+#include "support/random.h"
+
 namespace property {
 
-// The numbers that problems are made from: splitmix64, whole numbers only, so that
-// a seed means the same problem with every compiler, library and machine.
-class Random {
+// The numbers that problems are made from.
+class Random : public support::Random {
  public:
-  explicit Random(std::uint64_t seed) : fState(seed) {}
-
-  std::uint64_t Next() {
-    fState += 0x9E3779B97F4A7C15u;
-    std::uint64_t z = fState;
-    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9u;
-    z = (z ^ (z >> 27)) * 0x94D049BB133111EBu;
-    return z ^ (z >> 31);
-  }
+  using support::Random::Random;
 
   // A whole number from `low` to `high`, both included; low <= high.
   int Between(int low, int high) {
@@ -42,9 +35,6 @@ class Random {
       std::swap(elements[i - 1], elements[Next() % i]);
     }
   }
-
- private:
-  std::uint64_t fState;
 };
 
 }  // namespace property

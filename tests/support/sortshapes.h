@@ -10,24 +10,12 @@
 #include <numeric>
 #include <vector>
 
+#include "support/random.h"
+
 // Kinds of values that a sort has to cope with.
 namespace TQBinning {
 
-// splitmix64: the same numbers everywhere.
-class Random {
- public:
-  explicit Random(std::uint64_t seed) : fState(seed) {}
-  std::uint64_t Next() {
-    std::uint64_t z = fState += 0x9e3779b97f4a7c15U;
-    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
-    z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
-    return z ^ (z >> 31);
-  }
-  std::uint64_t Below(std::uint64_t n) { return Next() % n; }
-
- private:
-  std::uint64_t fState;
-};
+using support::Random;
 
 // A value for position i of n.
 using Shape = std::function<double(Random&, std::size_t i, std::size_t n)>;
