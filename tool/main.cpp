@@ -23,6 +23,7 @@
 #include "base/signals.h"
 #include "base/toolerror.h"
 #include "cli/commandline.h"
+#include "export/export.h"
 #include "input/opensource.h"
 #include "model/modelcheck.h"
 #include "model/modelreader.h"
@@ -102,8 +103,13 @@ int Check(const ModelOptions& options) {
   return options.isStrict && !doubts.empty() ? kDoneWithWarnings : kDone;
 }
 
+int Export(const ExportOptions& options) {
+  WriteText(options.output, ExportModel(LoadModel(options.model), options));
+  return kDone;
+}
+
 int Run(int argc, const char* const* argv) {
-  const Commands commands = {BinData, Apply, Show, Check};
+  const Commands commands = {BinData, Apply, Show, Check, Export};
   std::string answer;
   const std::function<int()> action = ParseCommandLine(argc, argv, commands, &answer);
   if (action != nullptr) return action();

@@ -26,12 +26,6 @@ struct BinColumn {
   std::vector<std::string> texts;  // of the bins, as they are written
 };
 
-// Whether the model bins a column against more than one target.
-bool HasSeveralTargets(const Model& model, const BinnedAttribute& attribute) {
-  return std::count_if(model.attributes.begin(), model.attributes.end(),
-                       [&](const BinnedAttribute& one) { return one.name == attribute.name; }) > 1;
-}
-
 // Writes rows in one of the formats.
 class RowWriter {
  public:
@@ -111,9 +105,7 @@ std::vector<BinColumn> FindColumns(const Model& model, const Source& data,
     const bool isWanted =
         wanted.empty() || std::find(wanted.begin(), wanted.end(), attribute.name) != wanted.end();
     if (!isWanted) continue;
-    std::string name = attribute.name;
-    if (HasSeveralTargets(model, attribute)) name += "_by_" + model.TargetOf(attribute)->name;
-    name += options.suffix;
+    std::string name = BinColumnName(model, attribute, options.suffix);
     if (!names.insert(name).second) {
       data.FailAtHeader(
           fmt::format("there is a column {} already, as the bins of {} would be "
@@ -136,13 +128,8 @@ std::vector<BinColumn> FindColumns(const Model& model, const Source& data,
 // How the bins are written.
 void MakeTexts(const ApplyOptions& options, const RowWriter& writer, BinColumn& bin) {
   for (std::size_t b = 0; b <= bin.attribute->cuts.size(); ++b) {
-    switch (options.binText) {
-      case BinText::kIndex: bin.texts.push_back(std::to_string(b)); break;
-      case BinText::kInterval:
-        bin.texts.push_back(writer.Ready(IntervalText(*bin.attribute, b)));
-        break;
-      case BinText::kLabel: bin.texts.push_back(writer.Ready(LabelOf(*bin.attribute, b))); break;
-    }
+    const std::string text = BinTextOf(*bin.attribute, b, options.binText);
+    bin.texts.push_back(options.binText == BinText::kIndex ? text : writer.Ready(text));
   }
 }
 

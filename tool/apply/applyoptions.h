@@ -4,11 +4,10 @@
 #include <vector>
 
 #include "input/inputoptions.h"
+#include "model/binnames.h"
 
 namespace TQTool {
 
-// What names a bin in the output.
-enum class BinText { kLabel, kInterval, kIndex };
 enum class RowFormat { kCsv, kTsv, kNdjson };
 // What to do with a value beyond those that the model was made of, or with a text that
 // is no number.

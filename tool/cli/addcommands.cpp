@@ -9,4 +9,15 @@ void AddOutputOption(CLI::App& command, std::string& output) {
       ->type_name("FILE");
 }
 
+void AddBinNameOptions(CLI::App& command, BinText& binText, std::string& suffix) {
+  AddChoice<BinText>(
+      command, "--as", binText,
+      {{"label", BinText::kLabel}, {"interval", BinText::kInterval}, {"index", BinText::kIndex}},
+      "what names a bin: its label, or its interval where it has none (label, "
+      "default), its interval, or its index from 0",
+      "KIND");
+  command.add_option("--suffix", suffix, "what a column's name gets for its bins (default: _bin)")
+      ->type_name("TEXT");
+}
+
 }  // namespace TQTool

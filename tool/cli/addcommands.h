@@ -19,9 +19,13 @@ using Action = std::function<int()>;
 void AddBinningCommands(CLI::App& app, const Commands& commands, Action& action);
 void AddApplyCommand(CLI::App& app, const Commands& commands, Action& action);
 void AddModelCommands(CLI::App& app, const Commands& commands, Action& action);
+void AddExportCommand(CLI::App& app, const Commands& commands, Action& action);
 
 // What every command that writes has.
 void AddOutputOption(CLI::App& command, std::string& output);
+
+// What every command that names bins has.
+void AddBinNameOptions(CLI::App& command, BinText& binText, std::string& suffix);
 
 // "'text' is not one of a, b, c".
 template <class Value>

@@ -35,19 +35,10 @@ void AddReadingOptions(CLI::App& command, ApplyOptions& options) {
 }
 
 void AddWritingOptions(CLI::App& command, ApplyOptions& options) {
-  AddChoice<BinText>(
-      command, "--as", options.binText,
-      {{"label", BinText::kLabel}, {"interval", BinText::kInterval}, {"index", BinText::kIndex}},
-      "what names a bin: its label, or its interval where it has none (label, "
-      "default), its interval, or its index from 0",
-      "KIND");
+  AddBinNameOptions(command, options.binText, options.suffix);
   command
       .add_option("--missing-text", options.missingText,
                   "the bin of a missing value (default: an empty field, null in JSON)")
-      ->type_name("TEXT");
-  command
-      .add_option("--suffix", options.suffix,
-                  "what a column's name gets for its bins (default: _bin)")
       ->type_name("TEXT");
   command.add_flag("--bins-only", options.areBinsOnly, "leave the columns of the data out");
   AddChoice<RowFormat>(

@@ -42,7 +42,8 @@ std::string Suggestion(const std::string& wanted, const CLI::App& command) {
     message = fmt::format("{} was not expected{}", Quoted(surplus.front()),
                           Suggestion(surplus.front(), command));
   } else if (chosen.empty()) {
-    message = "no command is named; expected supervised, equal-frequency, apply, show or check";
+    message =
+        "no command is named; expected supervised, equal-frequency, apply, show, check or export";
   }
   std::replace(message.begin(), message.end(), '\n', ' ');
   throw ToolError(kUsage, fmt::format("{}; see {}", message, help));
@@ -62,6 +63,7 @@ std::function<int()> ParseCommandLine(int argc, const char* const* argv, const C
   AddBinningCommands(app, commands, action);
   AddApplyCommand(app, commands, action);
   AddModelCommands(app, commands, action);
+  AddExportCommand(app, commands, action);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

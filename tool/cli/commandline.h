@@ -6,6 +6,7 @@
 #include "apply/applyoptions.h"
 #include "cli/modeloptions.h"
 #include "cli/options.h"
+#include "export/exportoptions.h"
 
 namespace TQTool {
 
@@ -15,6 +16,7 @@ struct Commands {
   std::function<int(const ApplyOptions&)> apply;
   std::function<int(const ModelOptions&)> show;
   std::function<int(const ModelOptions&)> check;
+  std::function<int(const ExportOptions&)> exportModel;
 };
 
 // Reads the command line and gives what it asks for, to be run.  When it asks for help
