@@ -96,10 +96,10 @@ int Check(const ModelOptions& options) {
   const Model model = LoadModel(options.model);
   const std::vector<std::string> doubts = FindDoubts(model);
   for (const std::string& doubt : doubts) PrintNote(doubt);
-  WriteText("",
-            fmt::format("{}: good: bins of {} column{}, {} remark{}\n", Printable(options.model),
-                        model.attributes.size(), model.attributes.size() == 1 ? "" : "s",
-                        doubts.size(), doubts.size() == 1 ? "" : "s"));
+  const std::size_t columns = model.CountColumns();
+  WriteText("", fmt::format("{}: good: bins of {} column{}, {} remark{}\n",
+                            Printable(options.model), columns, columns == 1 ? "" : "s",
+                            doubts.size(), doubts.size() == 1 ? "" : "s"));
   return options.isStrict && !doubts.empty() ? kDoneWithWarnings : kDone;
 }
 

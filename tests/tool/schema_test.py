@@ -14,6 +14,7 @@ import jsonschema
 
 RUNS = [
     ("supervised", "iris.csv", "--target", "species"),
+    ("supervised", "german_credit.csv", "--target", "credit", "--target", "housing"),
     ("supervised", "penguins.csv", "--target", "sex", "--closed", "left",
      "--user-missing", "bill_length_mm=..0,99"),
     ("supervised", "german_credit.csv", "--target", "credit", "--weight", "age"),

@@ -16,7 +16,11 @@ void AddBinNameOptions(CLI::App& command, BinText& binText, std::string& suffix)
       "what names a bin: its label, or its interval where it has none (label, "
       "default), its interval, or its index from 0",
       "KIND");
-  command.add_option("--suffix", suffix, "what a column's name gets for its bins (default: _bin)")
+  command
+      .add_option(
+          "--suffix", suffix,
+          "what a column's name gets for its bins (default: _bin); against several targets the "
+          "bins are called COLUMN_by_TARGET and this")
       ->type_name("TEXT");
 }
 

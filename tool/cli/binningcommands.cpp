@@ -21,6 +21,7 @@ constexpr int kMaxInt = std::numeric_limits<int>::max();
 // What the command line holds before it is looked at more closely.
 struct RawOptions {
   std::vector<std::string> userMissing;
+  std::vector<std::string> pairs;
   std::string closed = "right";
   std::string format = "table";
 };
@@ -38,7 +39,7 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
   command
       .add_option("-a,--attribute", options.attributes,
                   "column to bin; repeat it, or give a comma list (default: every column whose "
-                  "first rows hold numbers, but target and weight)")
+                  "first rows hold numbers, but targets and weight)")
       ->allow_extra_args(false)
       ->type_name("COLUMN");
   CLI::Option* const weight =
@@ -87,12 +88,19 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
       ->type_name("FORMAT");
 }
 
-void AddSupervisedOptions(CLI::App& command, Options& options) {
+void AddSupervisedOptions(CLI::App& command, Options& options, RawOptions& raw) {
   command
-      .add_option("-t,--target", options.target,
-                  "the column whose categories (2 to 256) the bins are to separate")
-      ->required()
+      .add_option("-t,--target", options.targets,
+                  "the column whose categories (2 to 256) the bins are to separate; repeat it to "
+                  "bin every column against each of several targets")
+      ->allow_extra_args(false)
       ->type_name("COLUMN");
+  command
+      .add_option("--pair", raw.pairs,
+                  "instead of --target and --attribute: a column to bin and its target; repeat it "
+                  "for more pairs (the last colon parts the two)")
+      ->allow_extra_args(false)
+      ->type_name("COLUMN:TARGET");
   CLI::Option* const threshold =
       command
           .add_option("--prebin-threshold", options.settings.prebinThreshold,
@@ -124,6 +132,35 @@ void AddEqualFrequencyOptions(CLI::App& command, Options& options) {
       ->type_name("N");
 }
 
+// Reads a --pair.  Throws ToolError (kUsage).
+AttributeTarget ReadPair(const std::string& text) {
+  const std::size_t colon = text.rfind(':');
+  AttributeTarget pair;
+  if (colon != std::string::npos) {
+    pair.attribute = TrimBlanks(std::string_view(text).substr(0, colon));
+    pair.target = TrimBlanks(std::string_view(text).substr(colon + 1));
+  }
+  if (!pair.attribute.empty() && !pair.target.empty()) return pair;
+  throw ToolError(kUsage, fmt::format("--pair: {} does not name two columns; expected a column to "
+                                      "bin, a colon and its target, as in age:income",
+                                      Quoted(text)));
+}
+
+// The names of all targets.  Throws for pairs and targets together, and for neither.
+std::vector<std::string> FindTargets(const Options& options) {
+  std::vector<std::string> targets = options.targets;
+  for (const AttributeTarget& pair : options.pairs) targets.push_back(pair.target);
+  if (options.method == Method::kSupervised && targets.empty()) {
+    throw CLI::RequiredError("--target");
+  }
+  if (!options.pairs.empty() && !(options.targets.empty() && options.attributes.empty())) {
+    throw ToolError(kUsage,
+                    "--pair stands instead of --target and --attribute; leave these out, or name "
+                    "no pair to bin every column against every target");
+  }
+  return targets;
+}
+
 // Turns the raw texts into what they mean; throws for what they cannot mean.
 void Interpret(const RawOptions& raw, Options& options) {
   CheckInputArguments(options.input);
@@ -131,8 +168,10 @@ void Interpret(const RawOptions& raw, Options& options) {
   options.format = raw.format == "json" ? OutputFormat::kJson : OutputFormat::kTable;
   if (options.settings.missingTokens.empty())
     options.settings.missingTokens = MissingTokens::Default();
+  for (const std::string& text : raw.pairs) options.pairs.push_back(ReadPair(text));
+  const std::vector<std::string> targets = FindTargets(options);
   for (const std::string& option : raw.userMissing) {
-    AddUserMissing(option, options.target, options.userMissing);
+    AddUserMissing(option, targets, options.userMissing);
   }
 }
 
@@ -148,7 +187,7 @@ void AddMethod(CLI::App& app, Method method, const Commands& commands, Action& a
   const auto raw = std::make_shared<RawOptions>();
   options->method = method;
   if (isSupervised) {
-    AddSupervisedOptions(*command, *options);
+    AddSupervisedOptions(*command, *options, *raw);
   } else {
     AddEqualFrequencyOptions(*command, *options);
   }

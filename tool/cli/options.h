@@ -10,12 +10,21 @@
 
 namespace TQTool {
 
+// Columns that are to go together.
+struct AttributeTarget {
+  std::string attribute;
+  std::string target;
+
+  bool operator==(const AttributeTarget&) const = default;
+};
+
 // What the command line asks for, checked as far as it can be without the input.
 struct Options {
   Method method = Method::kSupervised;
   InputOptions input;
-  std::string target;                   // empty for equal frequency
+  std::vector<std::string> targets;     // none for equal frequency
   std::vector<std::string> attributes;  // as given: names, or lists of names; empty for all
+  std::vector<AttributeTarget> pairs;   // instead of all attributes against all targets
   std::vector<UserMissing> userMissing;
   Settings settings;
   bool isStrict = false;      // a column that was not cut as asked makes the exit code 1

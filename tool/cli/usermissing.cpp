@@ -60,7 +60,7 @@ void AddMissingValue(std::string_view option, std::string_view value, MissingRul
 
 }  // namespace
 
-void AddUserMissing(std::string_view option, const std::string& target,
+void AddUserMissing(std::string_view option, const std::vector<std::string>& targets,
                     std::vector<UserMissing>& all) {
   // A column's name may hold "=", so the last one counts.
   const std::size_t equals = option.rfind('=');
@@ -69,11 +69,12 @@ void AddUserMissing(std::string_view option, const std::string& target,
   }
   const std::string_view column = TrimBlanks(option.substr(0, equals));
   if (column.empty()) RefuseUserMissing(option, "no column before the =");
+  const bool isTarget = std::find(targets.begin(), targets.end(), column) != targets.end();
   MissingRule& rule = RuleOf(column, all);
   for (std::string_view rest = option.substr(equals + 1);;) {
     const std::size_t comma = rest.find(',');
     const std::string_view value = TrimBlanks(rest.substr(0, comma));
-    if (column == target) {
+    if (isTarget) {
       rule.texts.emplace_back(value);
     } else {
       AddMissingValue(option, value, rule);

@@ -17,21 +17,24 @@ RecordFeed::RecordFeed(Source& source, const Columns& columns, const MissingToke
     : fSource(source),
       fColumns(columns),
       fMissing(missing),
-      fTargetEncoder(dynamic_cast<BINStringEncoder*>(list.GetEncoderAt(list.GetTargetIndex()))),
       fWeightEncoder(dynamic_cast<BINRoundEncoder*>(list.GetEncoderAt(list.GetWeightIndex()))),
-      fFirstAttribute(list.Size() - list.GetNumAttributeVars()),
       fRecordSize(list.Size()),
       fIsDone(false),
       fIsLastBlock(false),
       fRecords(nullptr),
       fPosition(0),
       fCount(0) {
-  for (int i = fFirstAttribute; i < list.Size(); ++i) {
-    const std::size_t column = columns.attributes[fAttributes.size()];
-    const IBINUserMissing* const userMissing = list.GetVarAt(i)->GetUserMissingInfo();
-    fAttributes.push_back({column, dynamic_cast<const BINNumericUserMissing*>(userMissing)});
+  for (std::size_t t = 0; t < columns.targets.size(); ++t) {
+    IBINEncoder* const encoder = list.GetEncoderAt(TargetVariable(t));
+    fTargetEncoders.push_back(dynamic_cast<BINStringEncoder*>(encoder));
   }
-  fFed.attributes.resize(fAttributes.size());
+  for (std::size_t a = 0; a < columns.attributes.size(); ++a) {
+    const IBINVariable* const variable = list.GetVarAt(AttributeVariable(columns, a));
+    fUserMissing.push_back(
+        dynamic_cast<const BINNumericUserMissing*>(variable->GetUserMissingInfo()));
+  }
+  fFed.withoutTarget.resize(columns.targets.size());
+  fFed.pairs.resize(columns.pairs.size());
 }
 
 bool RecordFeed::NextBlock() {
@@ -71,26 +74,25 @@ void RecordFeed::RethrowError() const {
 bool RecordFeed::ReadRow(TQCommon::Record& record) {
   if (!fSource.NextRow()) return false;
   int field = 0;
-  double target = 0.0;
   double weight = 1.0;
-  if (fTargetEncoder != nullptr) record[field++] = target = ReadTarget();
+  for (std::size_t t = 0; t < fTargetEncoders.size(); ++t) record[field++] = ReadTarget(t);
   if (fWeightEncoder != nullptr) {
     const double given = ReadValue(*fColumns.weight);
     record[field++] = given;
     weight = fWeightEncoder->Encode(given);
     if (weight == TQMV::gMissingValue) AccountDropped(given);
   }
-  for (const Attribute& attribute : fAttributes) record[field++] = ReadValue(attribute.column);
-  Account(record, target, weight);
+  for (std::size_t a = 0; a < fUserMissing.size(); ++a) record[field++] = ReadAttribute(a);
+  Account(record, weight);
   return true;
 }
 
-double RecordFeed::ReadTarget() {
-  const std::size_t column = *fColumns.target;
+double RecordFeed::ReadTarget(std::size_t target) {
+  const std::size_t column = fColumns.targets[target];
   const std::string_view text = fSource.GetField(column);
   if (fMissing.Contains(text)) return kNoCategory;
   fCategory = text;
-  const double code = fTargetEncoder->Encode(fCategory);
+  const double code = fTargetEncoders[target]->Encode(fCategory);
   if (code >= kMaxCategories) {
     fSource.FailAtField(column, fmt::format("{} is category number {} of the target; expected at "
                                             "most {} different ones; choose another target, or "
@@ -107,6 +109,13 @@ double RecordFeed::ReadValue(std::size_t column) {
   const NumberText found = ReadNumber(text, &value, fSource.GetDecimalPoint());
   if (found != NumberText::kNumber) FailAtValue(column, found);
   return value;
+}
+
+double RecordFeed::ReadAttribute(std::size_t attribute) {
+  const double value = ReadValue(fColumns.attributes[attribute]);
+  const BINNumericUserMissing* const userMissing = fUserMissing[attribute];
+  const bool isUserMissing = userMissing != nullptr && userMissing->Contains(value);
+  return isUserMissing ? TQMV::gMissingValue : value;
 }
 
 void RecordFeed::FailAtValue(std::size_t column, NumberText found) const {
@@ -141,21 +150,20 @@ void RecordFeed::AccountDropped(double givenWeight) {
   }
 }
 
-void RecordFeed::Account(const TQCommon::Record& record, double target, double weight) {
+void RecordFeed::Account(const TQCommon::Record& record, double weight) {
   ++fFed.rows;
   if (weight == TQMV::gMissingValue) return;
   ++fFed.cases;
   fFed.weight += weight;
-  if (target == kNoCategory) {
-    ++fFed.withoutTarget;
-    return;
+  for (std::size_t t = 0; t < fFed.withoutTarget.size(); ++t) {
+    if (record[TargetVariable(t)] == kNoCategory) ++fFed.withoutTarget[t];
   }
-  for (std::size_t i = 0; i < fAttributes.size(); ++i) {
-    const double value = record[fFirstAttribute + static_cast<int>(i)];
-    const BINNumericUserMissing* const userMissing = fAttributes[i].userMissing;
+  for (std::size_t i = 0; i < fFed.pairs.size(); ++i) {
+    const ColumnPair& pair = fColumns.pairs[i];
+    const double value = record[AttributeVariable(fColumns, pair.attribute)];
     if (value == TQMV::gMissingValue) continue;
-    if (userMissing != nullptr && userMissing->Contains(value)) continue;
-    FedAttribute& fed = fFed.attributes[i];
+    if (pair.target.has_value() && record[TargetVariable(*pair.target)] == kNoCategory) continue;
+    FedPair& fed = fFed.pairs[i];
     fed.validWeight += weight;
     if (fed.minimum == TQMV::gMissingValue || value < fed.minimum) fed.minimum = value;
     if (fed.maximum == TQMV::gMissingValue || value > fed.maximum) fed.maximum = value;

@@ -19,7 +19,7 @@ namespace TQTool {
 
 // What was handed to the library, added up case by case as the library does, so
 // that its results can be held against it to the last bit.
-struct FedAttribute {
+struct FedPair {
   double validWeight = 0.0;  // of the cases with target and value
   double minimum = TQMV::gMissingValue;
   double maximum = TQMV::gMissingValue;
@@ -31,16 +31,16 @@ struct FedData {
   std::uint64_t droppedWeightMissing = 0;
   std::uint64_t droppedWeightNotPositive = 0;
   std::uint64_t droppedWeightRoundedAway = 0;  // above zero, but not when made whole
-  std::uint64_t withoutTarget = 0;             // cases whose target is missing
   double weight = 0.0;                         // of all cases
-  std::vector<FedAttribute> attributes;
+  std::vector<std::uint64_t> withoutTarget;    // per target: cases where it is missing
+  std::vector<FedPair> pairs;                  // as the columns'
 };
 
 // The rows of a source as the library's cases, one variable after another as
-// MakeVarList lists them.  Learns the target's categories in passing, through the
-// list's encoder.  No exception leaves it: an error ends the cases and is kept.
-// From the first Next until the cases are done, a thread reads ahead: source and
-// list are then its own, and what was fed is not yet to be asked for.
+// MakeVarList lists them, with missing values as the library has them.  Learns the
+// targets' categories in passing, through the list's encoders.  No exception leaves it: an error
+// ends the cases and is kept. From the first Next until the cases are done, a thread reads ahead:
+// source and list are then its own, and what was fed is not yet to be asked for.
 class RecordFeed : public TQCommon::RecordIterator {
  public:
   // All are borrowed; `list` is the one that MakeVarList made of the columns.
@@ -60,28 +60,23 @@ class RecordFeed : public TQCommon::RecordIterator {
   const FedData& GetFedData() const { return fFed; }
 
  private:
-  // One attribute's column, and what is missing in it besides missing texts.
-  struct Attribute {
-    std::size_t column;
-    const BINNumericUserMissing* userMissing;  // null when none; the list's
-  };
-
   bool NextBlock();
   void FillBlock(RecordBlock& block);
   bool ReadRow(TQCommon::Record& record);
-  double ReadTarget();
+  double ReadTarget(std::size_t target);
   double ReadValue(std::size_t column);
+  double ReadAttribute(std::size_t attribute);
   [[noreturn]] void FailAtValue(std::size_t column, NumberText found) const;
   void AccountDropped(double givenWeight);
-  void Account(const TQCommon::Record& record, double target, double weight);
+  void Account(const TQCommon::Record& record, double weight);
 
   Source& fSource;
   const Columns& fColumns;
   const MissingTokens& fMissing;
-  BINStringEncoder* fTargetEncoder;       // the list's; null without target
-  const BINRoundEncoder* fWeightEncoder;  // the list's; null without weight
-  std::vector<Attribute> fAttributes;
-  int fFirstAttribute;  // its field in the record
+  std::vector<BINStringEncoder*> fTargetEncoders;  // the list's
+  const BINRoundEncoder* fWeightEncoder;           // the list's; null without weight
+  // The list's, per attribute: what is missing besides missing texts; null for nothing.
+  std::vector<const BINNumericUserMissing*> fUserMissing;
   int fRecordSize;
   std::string fCategory;
   FedData fFed;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <string_view>
 
 #include <fmt/format.h>
 
@@ -10,6 +12,12 @@ namespace TQTool {
 bool MissingRule::Contains(double number) const {
   if (range.has_value() && range->lower <= number && number <= range->upper) return true;
   return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+}
+
+std::size_t Model::CountColumns() const {
+  std::set<std::string_view> names;
+  for (const BinnedAttribute& attribute : attributes) names.insert(attribute.name);
+  return names.size();
 }
 
 const char* NameOf(Method method) {

@@ -131,6 +131,9 @@ struct Model {
     return attribute.target.has_value() ? &targets.at(*attribute.target) : nullptr;
   }
 
+  // How many columns have bins, be it against several targets.
+  std::size_t CountColumns() const;
+
   bool operator==(const Model&) const = default;
 };
 

@@ -52,7 +52,7 @@ std::string ShareText(double part, double whole) {
 
 std::string TitleOf(const Model& model) {
   const std::string names = PrintableList(model.input.names);
-  const std::string columns = CountText(model.attributes.size(), "column");
+  const std::string columns = CountText(model.CountColumns(), "column");
   if (model.method == Method::kEqualFrequency) {
     return fmt::format("{}: {} cut into {} bins of equal frequency", names, columns,
                        model.settings.bins);

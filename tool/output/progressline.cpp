@@ -35,7 +35,7 @@ void ProgressLine::Report(ProgressReport* report) {
     Show(fmt::format("{}{} rows read", kWipe, report->DiscreteMeasure("IndexVar")));
   } else {
     Show(fmt::format("{}{} of {} columns binned", kWipe, ++fNumBinned,
-                     fRecords.GetFedData().attributes.size()));
+                     fRecords.GetFedData().pairs.size()));
   }
 }
 

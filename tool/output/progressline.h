@@ -22,7 +22,7 @@ class ProgressLine : public ProgressListener {
  private:
   const RecordFeed& fRecords;
   bool fIsTerminal;
-  int fNumBinned;  // attributes
+  int fNumBinned;  // columns, once for each target
 };
 
 }  // namespace TQTool

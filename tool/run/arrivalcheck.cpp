@@ -20,11 +20,10 @@ namespace {
                               what));
 }
 
-void CheckColumn(const BinnedAttribute& result, const FedData& fed,
-                 const FedAttribute& fedAttribute) {
+void CheckColumn(const BinnedAttribute& result, const FedData& fed, const FedPair& fedPair) {
   if (result.status.IsError()) return;
-  if (result.total.weight != fed.weight || result.valid.weight != fedAttribute.validWeight ||
-      result.minimum != fedAttribute.minimum || result.maximum != fedAttribute.maximum) {
+  if (result.total.weight != fed.weight || result.valid.weight != fedPair.validWeight ||
+      result.minimum != fedPair.minimum || result.maximum != fedPair.maximum) {
     ThrowLost(fmt::format("column {} lost cases on the way: {} of weight {} arrived",
                           Quoted(result.name), result.total.weight, fed.weight));
   }
@@ -59,7 +58,7 @@ void CheckFileSizes(const std::vector<std::uintmax_t>& sizes, std::uint64_t case
 
 void CheckArrival(const std::vector<BinnedAttribute>& attributes, const FedData& fed) {
   for (std::size_t i = 0; i < attributes.size(); ++i) {
-    CheckColumn(attributes[i], fed, fed.attributes.at(i));
+    CheckColumn(attributes[i], fed, fed.pairs.at(i));
     NoteIncompleteBins(attributes[i]);
   }
 }

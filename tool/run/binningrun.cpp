@@ -42,6 +42,7 @@ MissingRule RuleOf(const Options& options, const std::string& column) {
 // What a binning method works with; everything is borrowed.
 struct Workplace {
   const Options& options;
+  const Columns& columns;
   BINVarList& list;
   RecordFeed& records;
   const PrivateDirectory& directory;
@@ -87,6 +88,43 @@ void SetCommon(Settings& settings, const Workplace& work, SignalQuery& query,
   settings.SetTempDirName(work.directory.GetPath());
 }
 
+// What the feed and the library's list know of a target.
+Target MakeTarget(const Workplace& work, std::size_t index, const std::vector<std::size_t>& order) {
+  const int variable = TargetVariable(index);
+  const FedData& fed = work.records.GetFedData();
+  Target target;
+  target.name = work.list.GetVarAt(variable)->GetVariableName();
+  target.missingCases = fed.withoutTarget[index];
+  target.missing = RuleOf(work.options, target.name);
+  if (target.missingCases == fed.cases) {
+    throw ToolError(kInput, fmt::format("{}: the target is missing in every row that counts; "
+                                        "expected two categories at least; check {}, "
+                                        "--missing-token and --user-missing",
+                                        work.inputName, Quoted(target.name)));
+  }
+  const std::vector<std::string> categories = CategoriesOf(work.list, variable);
+  for (const std::size_t c : order) target.categories.push_back(categories[c]);
+  return target;
+}
+
+// Adds the targets and, pair by pair, what came of them to the model.
+void CollectPairs(const Workplace& work, const BINOutput& results, Model& model) {
+  std::vector<std::vector<std::size_t>> orders;
+  for (std::size_t t = 0; t < work.columns.targets.size(); ++t) {
+    orders.push_back(CategoryOrder(CategoriesOf(work.list, TargetVariable(t))));
+    model.targets.push_back(MakeTarget(work, t, orders[t]));
+  }
+  std::vector<BINAttributeTargetResults> all;  // in the order of the pairs
+  const TQStatus status = results.GetAllCutPoints(all);
+  if (status.IsError()) ThrowStatus(status, work.inputName);
+  for (const BINAttributeTargetResults& one : all) {
+    const auto target = static_cast<std::size_t>(one.GetTargetIndex());
+    model.attributes.push_back(
+        CollectResult(one, work.list, orders.at(target), work.options.settings.prebinThreshold));
+    model.attributes.back().target = target;
+  }
+}
+
 void BinSupervised(const Workplace& work, Model& model) {
   SignalQuery query;
   ProgressLine progress(work.records);
@@ -100,31 +138,15 @@ void BinSupervised(const Workplace& work, Model& model) {
   const std::unique_ptr<IBINAlgorithm> algorithm(factory.CreateBINAlgorithm(settings, work.list));
   ThrowIfCancelled();
   if (algorithm == nullptr) ThrowStatus(factory.GetStatus(), work.inputName);
+  std::vector<int> attributes;
+  std::vector<int> targets;
+  for (const ColumnPair& pair : work.columns.pairs) {
+    attributes.push_back(AttributeVariable(work.columns, pair.attribute));
+    targets.push_back(TargetVariable(pair.target.value()));
+  }
   model.status =
-      RunGuarded(work, [&] { return algorithm->CreateBins(work.records, nullptr, nullptr); });
-
-  const FedData& fed = work.records.GetFedData();
-  if (fed.withoutTarget == fed.cases) {
-    throw ToolError(kInput, fmt::format("{}: the target is missing in every row that counts; "
-                                        "expected two categories at least; check {}, "
-                                        "--missing-token and --user-missing",
-                                        work.inputName, Quoted(work.options.target)));
-  }
-  const std::vector<std::string> categories = CategoriesOf(work.list);
-  const std::vector<std::size_t> order = CategoryOrder(categories);
-  Target& target = model.targets.emplace_back();
-  target.name = work.options.target;
-  for (const std::size_t c : order) target.categories.push_back(categories[c]);
-  target.missingCases = fed.withoutTarget;
-  target.missing = RuleOf(work.options, target.name);
-  std::vector<BINAttributeTargetResults> all;
-  const TQStatus status = algorithm->GetBinningResults().GetAllCutPoints(all);
-  if (status.IsError()) ThrowStatus(status, work.inputName);
-  for (const BINAttributeTargetResults& one : all) {
-    model.attributes.push_back(
-        CollectResult(one, work.list, order, work.options.settings.prebinThreshold));
-    model.attributes.back().target = 0;
-  }
+      RunGuarded(work, [&] { return algorithm->CreateBins(work.records, &attributes, &targets); });
+  CollectPairs(work, algorithm->GetBinningResults(), model);
 }
 
 void BinEqualFrequency(const Workplace& work, Model& model) {
@@ -205,7 +227,7 @@ Model RunBinning(const Options& options) {
   RecordFeed records(table, columns, missing, list);
   const PrivateDirectory directory(options.tempDir.empty() ? PrivateDirectory::DefaultBase()
                                                            : options.tempDir);
-  const Workplace work = {options, list, records, directory, table.GetName()};
+  const Workplace work = {options, columns, list, records, directory, table.GetName()};
 
   Model model;
   model.toolVersion = kVersion;

@@ -4,6 +4,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -64,6 +65,17 @@ std::vector<Evidence> LookAtFirstRows(Source& table, const MissingTokens& missin
   return evidence;
 }
 
+bool Contains(const std::vector<std::size_t>& columns, std::size_t column) {
+  return std::find(columns.begin(), columns.end(), column) != columns.end();
+}
+
+// The position of a column among others, to which it is added when it is new.
+std::size_t PlaceOf(std::size_t column, std::vector<std::size_t>& columns) {
+  const auto place = std::find(columns.begin(), columns.end(), column) - columns.begin();
+  if (place == std::ssize(columns)) columns.push_back(column);
+  return static_cast<std::size_t>(place);
+}
+
 // Says which columns are left out for one reason.
 void NoteSkipped(const std::vector<std::string>& columns, std::string_view reason) {
   if (columns.empty()) return;
@@ -83,7 +95,7 @@ std::vector<std::size_t> ChooseNumericColumns(const Source& table, const Columns
   std::vector<std::string> empty;
   for (std::size_t i = 0; i < evidence.size(); ++i) {
     const std::string& name = table.GetNames()[i];
-    if (i == columns.target || i == columns.weight) continue;
+    if (Contains(columns.targets, i) || i == columns.weight) continue;
     if (name.empty()) {
       unnamed.push_back(fmt::format("column {}", i + 1));
     } else if (!evidence[i].textPlace.empty()) {
@@ -109,7 +121,7 @@ std::vector<std::size_t> ChooseNumericColumns(const Source& table, const Columns
 
 [[noreturn]] void RefuseRole(std::string_view option, std::string_view name,
                              std::string_view role) {
-  throw ToolError(kUsage, fmt::format("--{}: {} is the {} already; expected another column", option,
+  throw ToolError(kUsage, fmt::format("--{}: {} is {} already; expected another column", option,
                                       Quoted(name), role));
 }
 
@@ -117,22 +129,62 @@ std::vector<std::size_t> ChooseNumericColumns(const Source& table, const Columns
 // column, so that a name may hold commas; any other one is a comma list.
 std::vector<std::size_t> FindAttributes(const Source& table, const Options& options) {
   std::vector<std::size_t> found;
-  const auto add = [&found](std::size_t column) {
-    if (std::find(found.begin(), found.end(), column) == found.end()) found.push_back(column);
-  };
   for (const std::string& argument : options.attributes) {
     if (const auto column = table.FindColumn(argument)) {
-      add(*column);
+      PlaceOf(*column, found);
       continue;
     }
     for (std::string_view rest = argument;;) {
       const std::size_t comma = rest.find(',');
-      add(table.GetColumn(TrimBlanks(rest.substr(0, comma))));
+      PlaceOf(table.GetColumn(TrimBlanks(rest.substr(0, comma))), found);
       if (comma == std::string_view::npos) break;
       rest.remove_prefix(comma + 1);
     }
   }
   return found;
+}
+
+// The columns that the options name, and the pairs if they name these.
+Columns FindNamedColumns(const Source& table, const Options& options) {
+  Columns columns;
+  for (const std::string& target : options.targets) {
+    PlaceOf(table.GetColumn(target), columns.targets);
+  }
+  if (!options.settings.weight.empty()) columns.weight = table.GetColumn(options.settings.weight);
+  columns.attributes = FindAttributes(table, options);
+  for (const AttributeTarget& pair : options.pairs) {
+    const ColumnPair found = {PlaceOf(table.GetColumn(pair.attribute), columns.attributes),
+                              PlaceOf(table.GetColumn(pair.target), columns.targets)};
+    const auto same = std::find(columns.pairs.begin(), columns.pairs.end(), found);
+    if (same == columns.pairs.end()) columns.pairs.push_back(found);
+  }
+  // The targets of an attribute stand together, wherever they were named.
+  std::stable_sort(
+      columns.pairs.begin(), columns.pairs.end(),
+      [](const ColumnPair& a, const ColumnPair& b) { return a.attribute < b.attribute; });
+  return columns;
+}
+
+// Throws ToolError (kUsage) for a column in two roles.
+void CheckRoles(const Source& table, const Columns& columns, std::string_view attributeOption) {
+  if (columns.weight.has_value() && Contains(columns.targets, *columns.weight)) {
+    RefuseRole("weight", table.GetNames()[*columns.weight], "a target");
+  }
+  for (const std::size_t attribute : columns.attributes) {
+    const std::string& name = table.GetNames()[attribute];
+    if (Contains(columns.targets, attribute)) RefuseRole(attributeOption, name, "a target");
+    if (attribute == columns.weight) RefuseRole(attributeOption, name, "the weight");
+  }
+}
+
+// Every attribute against every target, or against none when there is none.
+std::vector<ColumnPair> AllPairs(const Columns& columns) {
+  std::vector<ColumnPair> pairs;
+  for (std::size_t a = 0; a < columns.attributes.size(); ++a) {
+    if (columns.targets.empty()) pairs.push_back({a, std::nullopt});
+    for (std::size_t t = 0; t < columns.targets.size(); ++t) pairs.push_back({a, t});
+  }
+  return pairs;
 }
 
 void AddUserMissing(const MissingRule& rule, int index, BINVarList& list) {
@@ -154,31 +206,24 @@ IBINVariable::BINWRoundingOption RoundingOf(const Options& options) {
 }  // namespace
 
 Columns ChooseColumns(Source& table, const Options& options, const MissingTokens& missing) {
-  Columns columns;
-  if (!options.target.empty()) columns.target = table.GetColumn(options.target);
-  if (!options.settings.weight.empty()) columns.weight = table.GetColumn(options.settings.weight);
-  if (columns.weight.has_value() && columns.weight == columns.target) {
-    RefuseRole("weight", options.settings.weight, "target");
-  }
-  columns.attributes = FindAttributes(table, options);
-  for (const std::size_t attribute : columns.attributes) {
-    const std::string& name = table.GetNames()[attribute];
-    if (attribute == columns.target) RefuseRole("attribute", name, "target");
-    if (attribute == columns.weight) RefuseRole("attribute", name, "weight");
-  }
+  Columns columns = FindNamedColumns(table, options);
+  CheckRoles(table, columns, options.pairs.empty() ? "attribute" : "pair");
   const bool isChosen = !columns.attributes.empty();
   const std::vector<Evidence> evidence =
       LookAtFirstRows(table, missing, isChosen ? 1 : kSampleRows);
   if (!isChosen) columns.attributes = ChooseNumericColumns(table, columns, evidence);
+  if (columns.pairs.empty()) columns.pairs = AllPairs(columns);
   return columns;
 }
 
 BINVarList MakeVarList(const Source& table, const Columns& columns, const Options& options) {
   BINVarList list;
   const std::vector<std::string>& names = table.GetNames();
-  if (columns.target.has_value()) {
-    list.AddCatVar(names[*columns.target], "", kMaxCategories, IBINVariable::kStringCategorical,
-                   IBINVariable::kTarget);
+  // A list has one target; the others are attributes that are named as targets later.
+  IBINVariable::VariableRole role = IBINVariable::kTarget;
+  for (const std::size_t target : columns.targets) {
+    list.AddCatVar(names[target], "", kMaxCategories, IBINVariable::kStringCategorical,
+                   std::exchange(role, IBINVariable::kAttribute));
   }
   if (columns.weight.has_value()) {
     list.AddWeightVar(names[*columns.weight], "", RoundingOf(options));

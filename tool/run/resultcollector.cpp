@@ -59,9 +59,8 @@ BinnedAttribute CollectResult(const BINAttributeResults& from, const BINVarList&
   return result;
 }
 
-std::vector<std::string> CategoriesOf(const BINVarList& list) {
-  const auto* const encoder =
-      dynamic_cast<const BINStringEncoder*>(list.GetEncoderAt(list.GetTargetIndex()));
+std::vector<std::string> CategoriesOf(const BINVarList& list, int index) {
+  const auto* const encoder = dynamic_cast<const BINStringEncoder*>(list.GetEncoderAt(index));
   std::vector<std::string> categories;
   categories.reserve(static_cast<std::size_t>(encoder->GetNumberOfCategories()));
   for (int code = 0; code < encoder->GetNumberOfCategories(); ++code) {

@@ -15,7 +15,7 @@ BinnedAttribute CollectResult(const BINAttributeTargetResults& from, const BINVa
                               const std::vector<std::size_t>& categoryOrder, int prebinThreshold);
 BinnedAttribute CollectResult(const BINAttributeResults& from, const BINVarList& list);
 
-// The target's categories in the order of their codes.
-std::vector<std::string> CategoriesOf(const BINVarList& list);
+// A target's categories in the order of their codes; `index` is the target's in the list.
+std::vector<std::string> CategoriesOf(const BINVarList& list, int index);
 
 }  // namespace TQTool

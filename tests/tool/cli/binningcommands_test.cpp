@@ -53,7 +53,7 @@ TEST(Options, DefaultsOfASupervisedRun) {
   const Options options = Supervised({});
   EXPECT_EQ(Method::kSupervised, options.method);
   EXPECT_THAT(options.input.inputs, ElementsAre("f.csv"));
-  EXPECT_EQ("t", options.target);
+  EXPECT_THAT(options.targets, ElementsAre("t"));
   EXPECT_THAT(options.attributes, ElementsAre());
   EXPECT_EQ("", options.settings.weight);
   EXPECT_EQ("closest", options.settings.weightRounding);
@@ -190,6 +190,28 @@ TEST(Options, OptionsWithoutEffectAreRefused) {
             ErrorOfSupervised({"--weight-rounding", "down"}));
   EXPECT_THAT(ErrorOfArguments({"ef", "f", "-b", "2", "--target", "t"}),
               StartsWith("2: '--target' was not expected"));
+}
+
+TEST(Options, TargetsAndPairsMayBeRepeated) {
+  EXPECT_THAT(Supervised({"-t", "u", "--target", "v"}).targets, ElementsAre("t", "u", "v"));
+  std::string answer;
+  const Options options =
+      Parse({"mdlp", "f", "--pair", "a:t", "--pair", "b:c: u ", "--user-missing", "u=none,9"},
+            &answer)
+          .value();
+  EXPECT_THAT(options.targets, ElementsAre());
+  EXPECT_THAT(options.pairs, ElementsAre(AttributeTarget{"a", "t"}, AttributeTarget{"b:c", "u"}));
+  EXPECT_THAT(options.userMissing.at(0).rule.texts, ElementsAre("none", "9"));
+}
+
+TEST(Options, PairsThatCannotBeMeantAreRefused) {
+  for (const char* const pair : {"a", "a:", ":t", " : "}) {
+    EXPECT_THAT(ErrorOfArguments({"mdlp", "f", "--pair", pair}),
+                StartsWith("2: --pair: '" + std::string(pair) + "' does not name two columns"));
+  }
+  EXPECT_THAT(ErrorOfSupervised({"--pair", "a:t"}), StartsWith("2: --pair stands instead of"));
+  EXPECT_THAT(ErrorOfArguments({"mdlp", "f", "--pair", "a:t", "-a", "b"}),
+              StartsWith("2: --pair stands instead of"));
 }
 
 TEST(Options, WhatIsMissingIsNamed) {

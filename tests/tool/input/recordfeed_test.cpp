@@ -25,11 +25,13 @@ Feed FeedOf(const std::string& rows, bool withTarget = true, bool withWeight = t
             const std::vector<UserMissing>& userMissing = {}) {
   CsvSource table(ReaderOf(kHeader + rows, 5));
   Columns columns;
-  if (withTarget) columns.target = 0;
+  if (withTarget) columns.targets = {0};
   if (withWeight) columns.weight = 1;
   columns.attributes = {2, 3};
+  const auto target = withTarget ? std::optional<std::size_t>(0) : std::nullopt;
+  columns.pairs = {{0, target}, {1, target}};
   Options options;
-  if (withTarget) options.target = "t";
+  if (withTarget) options.targets = {"t"};
   options.userMissing = userMissing;
   BINVarList list = MakeVarList(table, columns, options);
   const MissingTokens missing(MissingTokens::Default());
@@ -75,28 +77,45 @@ TEST(RecordFeed, AddsUpWhatCounts) {
       "x,,60,60\n");   // left out
   EXPECT_EQ(5U, feed.fed.rows);
   EXPECT_EQ(3U, feed.fed.cases);
-  EXPECT_EQ(1U, feed.fed.withoutTarget);
+  EXPECT_THAT(feed.fed.withoutTarget, ElementsAre(1));
   EXPECT_EQ(9.0, feed.fed.weight);
-  EXPECT_EQ(4.0, feed.fed.attributes[0].validWeight);
-  EXPECT_EQ(-1.0, feed.fed.attributes[0].minimum);
-  EXPECT_EQ(3.0, feed.fed.attributes[0].maximum);
-  EXPECT_EQ(2.0, feed.fed.attributes[1].validWeight);
-  EXPECT_EQ(9.0, feed.fed.attributes[1].minimum);
+  EXPECT_EQ(4.0, feed.fed.pairs[0].validWeight);
+  EXPECT_EQ(-1.0, feed.fed.pairs[0].minimum);
+  EXPECT_EQ(3.0, feed.fed.pairs[0].maximum);
+  EXPECT_EQ(2.0, feed.fed.pairs[1].validWeight);
+  EXPECT_EQ(9.0, feed.fed.pairs[1].minimum);
 }
 
 TEST(RecordFeed, UserMissingValuesDoNotCount) {
   const Feed feed = FeedOf("x,1,9,1\nx,1,5,1\nx,1,2,1\n", true, true,
                            {{"a", {{9.0}, ClosedRange{4.0, 6.0}, {}}}});
-  EXPECT_EQ(1.0, feed.fed.attributes[0].validWeight);
-  EXPECT_EQ(2.0, feed.fed.attributes[0].maximum);
-  EXPECT_EQ(3.0, feed.fed.attributes[1].validWeight);
+  EXPECT_EQ(1.0, feed.fed.pairs[0].validWeight);
+  EXPECT_EQ(2.0, feed.fed.pairs[0].maximum);
+  EXPECT_EQ(3.0, feed.fed.pairs[1].validWeight);
+}
+
+TEST(RecordFeed, EveryTargetHasCodesAndCountsOfItsOwn) {
+  CsvSource table(ReaderOf("t,u,a\nx,p,1\ny,,2\nx,q,3\n"));
+  const Columns columns = {{0, 1}, std::nullopt, {2}, {{0, 0}, {0, 1}}};
+  BINVarList list = MakeVarList(table, columns, Options());
+  const MissingTokens missing(MissingTokens::Default());
+  RecordFeed records(table, columns, missing, list);
+  std::vector<double> codes;
+  while (records.HasMore()) {
+    const TQCommon::Record* const record = records.Next();
+    if (record != nullptr) codes.insert(codes.end(), {(*record)[0], (*record)[1], (*record)[2]});
+  }
+  EXPECT_THAT(codes, ElementsAre(0, 0, 1, 1, -1, 2, 0, 1, 3));
+  EXPECT_THAT(records.GetFedData().withoutTarget, ElementsAre(0, 1));
+  EXPECT_EQ(3.0, records.GetFedData().pairs[0].validWeight);
+  EXPECT_EQ(2.0, records.GetFedData().pairs[1].validWeight);
 }
 
 TEST(RecordFeed, NothingValidLeavesTheExtremesUnknown) {
   const Feed feed = FeedOf("x,1,NA,1\n");
-  EXPECT_EQ(0.0, feed.fed.attributes[0].validWeight);
-  EXPECT_EQ(TQMV::gMissingValue, feed.fed.attributes[0].minimum);
-  EXPECT_EQ(TQMV::gMissingValue, feed.fed.attributes[0].maximum);
+  EXPECT_EQ(0.0, feed.fed.pairs[0].validWeight);
+  EXPECT_EQ(TQMV::gMissingValue, feed.fed.pairs[0].minimum);
+  EXPECT_EQ(TQMV::gMissingValue, feed.fed.pairs[0].maximum);
 }
 
 TEST(RecordFeed, TextInANumericColumnEndsTheCasesAndIsKept) {

@@ -22,7 +22,7 @@ struct Arrived {
 Arrived ArrivedResult() {
   Arrived result = {SmallModel().attributes, {}};
   result.fed.weight = 12.0;
-  result.fed.attributes = {{10.0, -0.1, 1e6}};
+  result.fed.pairs = {{10.0, -0.1, 1e6}};
   return result;
 }
 
@@ -39,9 +39,9 @@ TEST(CheckArrival, EveryNumberCounts) {
     EXPECT_THAT(ErrorIn(result), StartsWith("4: column 'income' lost cases on the way:"));
   };
   expectLost([](Arrived& result) { result.fed.weight = 13.0; });
-  expectLost([](Arrived& result) { result.fed.attributes[0].validWeight = 11.0; });
-  expectLost([](Arrived& result) { result.fed.attributes[0].minimum = 0.0; });
-  expectLost([](Arrived& result) { result.fed.attributes[0].maximum = 0.0; });
+  expectLost([](Arrived& result) { result.fed.pairs[0].validWeight = 11.0; });
+  expectLost([](Arrived& result) { result.fed.pairs[0].minimum = 0.0; });
+  expectLost([](Arrived& result) { result.fed.pairs[0].maximum = 0.0; });
 }
 
 TEST(CheckArrival, ColumnThatEndedInAnErrorHasNoNumbers) {

@@ -35,7 +35,7 @@ Choice ChooseIn(const std::string& text, const Options& options) {
 
 Options WithTarget(const std::string& target) {
   Options options;
-  options.target = target;
+  options.targets = {target};
   return options;
 }
 
@@ -44,7 +44,7 @@ TEST(ChooseColumns, TakesNumericColumnsButTargetAndWeight) {
   options.settings.weight = "w";
   const Choice choice = ChooseIn("a,t,b,w,c\n1,2,x,4,NA\n,2,y,4,-5e3\n", options);
   EXPECT_EQ("none", choice.error);
-  EXPECT_EQ(1U, choice.columns.target);
+  EXPECT_THAT(choice.columns.targets, ElementsAre(1));
   EXPECT_EQ(3U, choice.columns.weight);
   EXPECT_THAT(choice.columns.attributes, ElementsAre(0, 4));
   EXPECT_EQ("tqbin: note: skipped 1 column because of text: b ('x' in line 2)\n", choice.notes);
@@ -99,12 +99,45 @@ TEST(ChooseColumns, UnknownNamesAreErrors) {
 TEST(ChooseColumns, ColumnInTwoRolesIsAnError) {
   Options options = WithTarget("t");
   options.settings.weight = "t";
-  EXPECT_EQ("2: --weight: 't' is the target already; expected another column",
+  EXPECT_EQ("2: --weight: 't' is a target already; expected another column",
             ChooseIn("a,t\n1,2\n", options).error);
   options.settings.weight = "a";
   options.attributes = {"a"};
   EXPECT_EQ("2: --attribute: 'a' is the weight already; expected another column",
             ChooseIn("a,t\n1,2\n", options).error);
+}
+
+TEST(ChooseColumns, EveryAttributeGoesAgainstEveryTarget) {
+  Options options;
+  options.targets = {"t", "u", "t"};
+  const Columns columns = ChooseIn("a,t,b,u\n1,2,3,4\n", options).columns;
+  EXPECT_THAT(columns.targets, ElementsAre(1, 3));
+  EXPECT_THAT(columns.attributes, ElementsAre(0, 2));
+  EXPECT_THAT(columns.pairs,
+              ElementsAre(ColumnPair{0, 0}, ColumnPair{0, 1}, ColumnPair{1, 0}, ColumnPair{1, 1}));
+}
+
+TEST(ChooseColumns, WithoutTargetAttributesStandAlone) {
+  const Columns columns = ChooseIn("a,b\n1,2\n", Options()).columns;
+  EXPECT_THAT(columns.pairs, ElementsAre(ColumnPair{0, std::nullopt}, ColumnPair{1, std::nullopt}));
+}
+
+TEST(ChooseColumns, NamedPairsAreSortedByAttributeAndTakenOnce) {
+  Options options;
+  options.pairs = {{"b", "u"}, {"a", "t"}, {"b", "t"}, {"b", "u"}};
+  const Choice choice = ChooseIn("a,t,b,u,c\n1,2,3,4,5\n", options);
+  EXPECT_EQ("none", choice.error);
+  EXPECT_THAT(choice.columns.attributes, ElementsAre(2, 0));
+  EXPECT_THAT(choice.columns.targets, ElementsAre(3, 1));
+  EXPECT_THAT(choice.columns.pairs,
+              ElementsAre(ColumnPair{0, 0}, ColumnPair{0, 1}, ColumnPair{1, 1}));
+}
+
+TEST(ChooseColumns, PairThatBinsATargetIsAnError) {
+  Options options;
+  options.pairs = {{"a", "t"}, {"t", "u"}};
+  EXPECT_EQ("2: --pair: 't' is a target already; expected another column",
+            ChooseIn("a,t,u\n1,2,3\n", options).error);
 }
 
 TEST(ChooseColumns, TableWithoutRowsOrNumbersIsAnError) {
@@ -119,7 +152,7 @@ TEST(ChooseColumns, TableWithoutRowsOrNumbersIsAnError) {
 // The list that MakeVarList makes for a table of columns t, w, a and b.
 BINVarList ListFor(const Options& options) {
   const CsvSource table(ReaderOf("a,b,t,w\n1,2,x,3\n"));
-  return MakeVarList(table, {2, 3, {1, 0}}, options);
+  return MakeVarList(table, {{2}, 3, {1, 0}, {}}, options);
 }
 
 TEST(MakeVarList, ListsTargetWeightAndAttributes) {
@@ -131,6 +164,18 @@ TEST(MakeVarList, ListsTargetWeightAndAttributes) {
   EXPECT_EQ("a", list.GetVarAt(3)->GetVariableName());
   EXPECT_EQ(256, list.GetNTargetCats());
   EXPECT_EQ(IBINVariable::kStringCategorical, list.GetVarAt(0)->GetMeasureLevel());
+}
+
+TEST(MakeVarList, ListsTheFirstTargetAsTargetAndTheOthersBehindIt) {
+  const CsvSource table(ReaderOf("a,b,t,w\n1,2,x,3\n"));
+  const Columns columns = {{2, 0}, 3, {1}, {}};
+  const BINVarList list = MakeVarList(table, columns, Options());
+  ASSERT_EQ(4, list.Size());
+  EXPECT_EQ(0, list.GetTargetIndex());
+  EXPECT_EQ("a", list.GetVarAt(TargetVariable(1))->GetVariableName());
+  EXPECT_EQ(IBINVariable::kStringCategorical, list.GetVarAt(1)->GetMeasureLevel());
+  EXPECT_EQ(WeightVariable(columns), list.GetWeightIndex());
+  EXPECT_EQ("b", list.GetVarAt(AttributeVariable(columns, 0))->GetVariableName());
 }
 
 TEST(MakeVarList, RoundsWeightsAsAsked) {
@@ -167,12 +212,12 @@ TEST(MakeVarList, UserMissingValuesOfAColumnThatTakesNoPartAreAnError) {
   Options options;
   options.userMissing = {{"b", {{9.0}, std::nullopt, {}}}};
   EXPECT_THAT(ErrorOf([&] {
-                MakeVarList(table, {std::nullopt, std::nullopt, {0}}, options);
+                MakeVarList(table, {{}, std::nullopt, {0}, {}}, options);
               }),
               HasSubstr("--user-missing names 'b', which takes no part;"));
   options.userMissing[0].column = "c";
   EXPECT_THAT(ErrorOf([&] {
-                MakeVarList(table, {std::nullopt, std::nullopt, {0}}, options);
+                MakeVarList(table, {{}, std::nullopt, {0}, {}}, options);
               }),
               StartsWith("3: f.csv:1: no column is named 'c'"));
 }

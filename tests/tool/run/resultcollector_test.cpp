@@ -113,7 +113,7 @@ TEST(CategoriesOf, ListsThemByCode) {
   BINVarList list = TwoVariables();
   auto* const encoder = dynamic_cast<BINStringEncoder*>(list.GetEncoderAt(0));
   for (const char* const text : {"b", "a", "b", ""}) encoder->Encode(text);
-  EXPECT_THAT(CategoriesOf(list), ElementsAre("b", "a", ""));
+  EXPECT_THAT(CategoriesOf(list, list.GetTargetIndex()), ElementsAre("b", "a", ""));
 }
 
 }  // namespace
