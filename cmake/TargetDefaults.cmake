@@ -1,7 +1,8 @@
 # What every target of this project has in common: C++20, hidden symbols, warnings
 # as errors, bit-exact arithmetic, and the sanitizers or coverage asked for.
 
-set(TQBINNING_WARNINGS -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+set(TQBINNING_WARNINGS -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  $<$<BOOL:${TQBINNING_WARNINGS_AS_ERRORS}>:-Werror>
   $<$<CXX_COMPILER_ID:Clang>:-Wreserved-identifier>)
 
 function(tq_set_target_defaults target)

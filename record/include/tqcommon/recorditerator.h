@@ -11,7 +11,8 @@ class TQCOMMON_EXPORT RecordIterator {
  public:
   virtual ~RecordIterator();
 
-  // Whether another case may follow.
+  // Whether another case may follow.  Is asked more than once before a case is
+  // taken, so it must not move on.
   virtual bool HasMore() = 0;
 
   // The next case, owned by the iterator and valid until the next call; or null,

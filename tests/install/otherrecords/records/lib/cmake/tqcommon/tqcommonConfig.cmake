@@ -1,0 +1,5 @@
+get_filename_component(tqcommon_prefix ${CMAKE_CURRENT_LIST_DIR}/../../.. ABSOLUTE)
+if(NOT TARGET tqbinning::tqcomkvr)
+  add_library(tqbinning::tqcomkvr INTERFACE IMPORTED)
+  target_include_directories(tqbinning::tqcomkvr INTERFACE ${tqcommon_prefix}/include)
+endif()
