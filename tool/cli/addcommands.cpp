@@ -14,8 +14,7 @@ void AddBinNameOptions(CLI::App& command, BinText& binText, std::string& suffix)
       command, "--as", binText,
       {{"label", BinText::kLabel}, {"interval", BinText::kInterval}, {"index", BinText::kIndex}},
       "what names a bin: its label, or its interval where it has none (label, "
-      "default), its interval, or its index from 0",
-      "KIND");
+      "default), its interval, or its index from 0");
   command
       .add_option(
           "--suffix", suffix,

@@ -21,33 +21,38 @@ void AddApplyCommand(CLI::App& app, const Commands& commands, Action& action);
 void AddModelCommands(CLI::App& app, const Commands& commands, Action& action);
 void AddExportCommand(CLI::App& app, const Commands& commands, Action& action);
 
+// Adds the commands that write down the options of all commands, for shells and for
+// manual pages; the one that is named puts its text into `answer`.
+void AddShellCommands(CLI::App& app, std::string& answer);
+
 // What every command that writes has.
 void AddOutputOption(CLI::App& command, std::string& output);
 
 // What every command that names bins has.
 void AddBinNameOptions(CLI::App& command, BinText& binText, std::string& suffix);
 
-// "'text' is not one of a, b, c".
+// The names of `values` with something between them.
 template <class Value>
-std::string NotAmong(const std::string& text, const std::map<std::string, Value>& values) {
-  std::string message = Quoted(text) + " is not one of";
-  for (const auto& entry : values) {
-    message += (entry.first == values.begin()->first ? " " : ", ") + entry.first;
-  }
-  return message;
+std::string NamesOf(const std::map<std::string, Value>& values, const std::string& separator) {
+  std::string names;
+  for (const auto& entry : values) names += (names.empty() ? "" : separator) + entry.first;
+  return names;
 }
 
 // An option that takes one of the names of `values`.
 template <class Value>
 CLI::Option* AddChoice(CLI::App& command, const std::string& name, Value& value,
-                       const std::map<std::string, Value>& values, const std::string& help,
-                       const std::string& type) {
+                       const std::map<std::string, Value>& values, const std::string& help) {
   const auto choose = [&value, values, name](const std::string& text) {
     const auto found = values.find(text);
-    if (found == values.end()) throw CLI::ValidationError(name, NotAmong(text, values));
+    if (found == values.end()) {
+      throw CLI::ValidationError(name,
+                                 Quoted(text) + " is not one of " + NamesOf<Value>(values, ", "));
+    }
     value = found->second;
   };
-  return command.add_option_function<std::string>(name, choose, help)->type_name(type);
+  return command.add_option_function<std::string>(name, choose, help)
+      ->type_name(NamesOf<Value>(values, "|"));
 }
 
 }  // namespace TQTool

@@ -26,12 +26,10 @@ void AddReadingOptions(CLI::App& command, ApplyOptions& options) {
       command, "--out-of-range", options.outOfRange,
       {{"bin", OddValue::kBin}, {"missing", OddValue::kMissing}, {"refuse", OddValue::kRefuse}},
       "a value beyond those that the model was made of: into the first or last "
-      "bin (bin, default), taken for missing, or an error (refuse)",
-      "RULE");
+      "bin (bin, default), taken for missing, or an error (refuse)");
   AddChoice<OddValue>(command, "--not-number", options.notNumber,
                       {{"missing", OddValue::kMissing}, {"refuse", OddValue::kRefuse}},
-                      "a text that is no number: taken for missing, or an error (refuse, default)",
-                      "RULE");
+                      "a text that is no number: taken for missing, or an error (refuse, default)");
 }
 
 void AddWritingOptions(CLI::App& command, ApplyOptions& options) {
@@ -44,7 +42,7 @@ void AddWritingOptions(CLI::App& command, ApplyOptions& options) {
   AddChoice<RowFormat>(
       command, "--format", options.format,
       {{"csv", RowFormat::kCsv}, {"tsv", RowFormat::kTsv}, {"ndjson", RowFormat::kNdjson}},
-      "csv (default), tsv, or ndjson: an object of texts per line", "FORMAT");
+      "csv (default), tsv, or ndjson: an object of texts per line");
   command.add_flag("--spreadsheet-safe", options.isSpreadsheetSafe,
                    "put an apostrophe before a text that a spreadsheet would take for a formula");
   AddOutputOption(command, options.output);

@@ -22,8 +22,6 @@ constexpr int kMaxInt = std::numeric_limits<int>::max();
 struct RawOptions {
   std::vector<std::string> userMissing;
   std::vector<std::string> pairs;
-  std::string closed = "right";
-  std::string format = "table";
 };
 
 // What is wrong with the text of a factor; nothing when it is a number from 0 to 1.
@@ -48,17 +46,13 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
                       "frequency weight: a row counts this often; a row whose weight is missing "
                       "or not above zero is left out")
           ->type_name("COLUMN");
-  command
-      .add_option("--weight-rounding", options.settings.weightRounding,
-                  "how weights are made whole: closest (default), down or none")
-      ->check(CLI::IsMember({"closest", "down", "none"}).description(""))
-      ->needs(weight)
-      ->type_name("RULE");
-  command
-      .add_option("--closed", raw.closed,
-                  "the side on which a bin contains its cut point: right (default) or left")
-      ->check(CLI::IsMember({"right", "left"}).description(""))
-      ->type_name("SIDE");
+  AddChoice<std::string>(command, "--weight-rounding", options.settings.weightRounding,
+                         {{"closest", "closest"}, {"down", "down"}, {"none", "none"}},
+                         "how weights are made whole: closest (default), down or none")
+      ->needs(weight);
+  AddChoice<bool>(command, "--closed", options.settings.isRightClosed,
+                  {{"right", true}, {"left", false}},
+                  "the side on which a bin contains its cut point: right (default) or left");
   command
       .add_option("--user-missing", raw.userMissing,
                   "values of one column to take for missing: COL=9,99 or a range COL=90..99, "
@@ -83,9 +77,9 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
   command.add_flag("--timestamp", options.hasTimestamp,
                    "let the model file say when it was made; without it, equal runs write equal "
                    "files");
-  command.add_option("--format", raw.format, "table (default), or json: the model file")
-      ->check(CLI::IsMember({"table", "json"}).description(""))
-      ->type_name("FORMAT");
+  AddChoice<OutputFormat>(command, "--format", options.format,
+                          {{"table", OutputFormat::kTable}, {"json", OutputFormat::kJson}},
+                          "table (default), or json: the model file");
 }
 
 void AddSupervisedOptions(CLI::App& command, Options& options, RawOptions& raw) {
@@ -161,11 +155,9 @@ std::vector<std::string> FindTargets(const Options& options) {
   return targets;
 }
 
-// Turns the raw texts into what they mean; throws for what they cannot mean.
+// Completes the options by what was given as text; throws for what they cannot mean.
 void Interpret(const RawOptions& raw, Options& options) {
   CheckInputArguments(options.input);
-  options.settings.isRightClosed = raw.closed == "right";
-  options.format = raw.format == "json" ? OutputFormat::kJson : OutputFormat::kTable;
   if (options.settings.missingTokens.empty())
     options.settings.missingTokens = MissingTokens::Default();
   for (const std::string& text : raw.pairs) options.pairs.push_back(ReadPair(text));

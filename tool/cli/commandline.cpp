@@ -64,6 +64,7 @@ std::function<int()> ParseCommandLine(int argc, const char* const* argv, const C
   AddApplyCommand(app, commands, action);
   AddModelCommands(app, commands, action);
   AddExportCommand(app, commands, action);
+  AddShellCommands(app, *answer);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

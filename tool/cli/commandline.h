@@ -19,8 +19,9 @@ struct Commands {
   std::function<int(const ExportOptions&)> exportModel;
 };
 
-// Reads the command line and gives what it asks for, to be run.  When it asks for help
-// or the version, gives nothing but that text in `*answer`.  Throws ToolError (kUsage).
+// Reads the command line and gives what it asks for, to be run.  When it asks for a text
+// that depends on nothing else (help, version, completion script, manual page), gives
+// nothing but that text in `*answer`.  Throws ToolError (kUsage).
 std::function<int()> ParseCommandLine(int argc, const char* const* argv, const Commands& commands,
                                       std::string* answer);
 

@@ -18,8 +18,7 @@ void AddExportCommand(CLI::App& app, const Commands& commands, Action& action) {
                            {"c", ExportFormat::kC},
                            {"pmml", ExportFormat::kPmml}},
                           "sql: a query with a CASE expression per column; python: a module; c: a "
-                          "C99 source file; pmml: a PMML 4.4 document",
-                          "FORMAT")
+                          "C99 source file; pmml: a PMML 4.4 document")
       ->required();
   CLI::Option* const table =
       command->add_option("--table", options->table, "sql: the table to read (default: data)")

@@ -6,20 +6,6 @@
 namespace TQTool {
 namespace {
 
-constexpr const char* kExamples = R"(Examples:
-  tqbin supervised iris.csv --target species
-      Cut every numeric column where it separates the species best.
-  tqbin equal-frequency diamonds.csv --bins 10 --attribute price,carat
-      Cut two columns into ten bins of about equal frequency.
-  zcat survey.csv.gz | tqbin supervised - --target vote --weight n --format json
-      Read standard input, count a row as often as its weight says, write JSON.
-  tqbin supervised loans.csv --target paid --user-missing age=999,..-1
-      Take an age of 999, or -1 and less, for missing.
-  tqbin supervised iris.csv --target species --format json -o model.json
-  tqbin apply model.json new.csv
-      Keep the bins in a model file, then put new rows into them.
-)";
-
 // One entry of the help: what is explained in a column of its own, the explanation
 // beside it, in lines of at most kHelpWidth characters.
 std::string HelpEntry(const std::string& what, const std::string& explanation) {
@@ -47,6 +33,20 @@ std::string HelpEntry(const std::string& what, const std::string& explanation) {
 }
 
 }  // namespace
+
+const char* const kExamples = R"(Examples:
+  tqbin supervised iris.csv --target species
+      Cut every numeric column where it separates the species best.
+  tqbin equal-frequency diamonds.csv --bins 10 --attribute price,carat
+      Cut two columns into ten bins of about equal frequency.
+  zcat survey.csv.gz | tqbin supervised - --target vote --weight n --format json
+      Read standard input, count a row as often as its weight says, write JSON.
+  tqbin supervised loans.csv --target paid --user-missing age=999,..-1
+      Take an age of 999, or -1 and less, for missing.
+  tqbin supervised iris.csv --target species --format json -o model.json
+  tqbin apply model.json new.csv
+      Keep the bins in a model file, then put new rows into them.
+)";
 
 const char* const kHelpFooter =
     R"(A bin is shown as an interval: (2, 5] holds what is above 2 and at most 5.

@@ -6,7 +6,8 @@
 
 namespace TQTool {
 
-// What the help ends with.
+// What the help begins and ends with.
+extern const char* const kExamples;
 extern const char* const kHelpFooter;
 
 // Help with the examples first, and in lines that fit a terminal.

@@ -27,7 +27,7 @@ void AddModelCommands(CLI::App& app, const Commands& commands, Action& action) {
   CLI::App& showCommand = *app.get_subcommand("show");
   AddChoice<OutputFormat>(showCommand, "--format", show->format,
                           {{"table", OutputFormat::kTable}, {"json", OutputFormat::kJson}},
-                          "table (default), or json: the model file as tqbin writes it", "FORMAT");
+                          "table (default), or json: the model file as tqbin writes it");
   AddOutputOption(showCommand, show->output);
   const auto check = AddCommand(app, "check", "Tells whether an edited model file is still good.",
                                 commands.check, action);
