@@ -34,7 +34,7 @@ class FileSystem(unittest.TestCase):
         run.stdin.write(b"t,a\n" + HALF)
         run.stdin.flush()
         for _ in range(1000):
-            if any(self.temporary.glob("tqbin-*/*")):
+            if any(self.temporary.glob("tqbin-*/[0-9a-f]*")):
                 break
             time.sleep(0.01)
         time.sleep(0.1)
@@ -54,7 +54,7 @@ class FileSystem(unittest.TestCase):
         code, output, errors = self.run_with_interruption(look)
         self.assertEqual((0, ""), (code, errors))
         self.assertIn(b"80000 rows\n", output)
-        self.assertEqual([0o700, 0o600, 0o600], seen)
+        self.assertEqual([0o700, 0o600, 0o600, 0o600], seen)  # two columns, and the owner
 
     def test_removed_files_are_noticed(self):
         def remove(directory):
@@ -110,6 +110,20 @@ class FileSystem(unittest.TestCase):
             if b"file handle is NULL" in done.stderr:
                 outcomes.add("the library's own message")
         self.assertLessEqual({0, 4, "the library's own message"}, outcomes)
+
+    def test_a_run_that_cannot_fit_is_refused_before_it_begins(self):
+        data = self.temporary / "huge.csv"
+        data.write_bytes(b"a\n" + b"1\n" * 1000000)
+        os.truncate(data, 1 << 42)  # takes no room
+        free = os.statvfs(self.temporary)
+        if free.f_bavail * free.f_frsize > 1 << 43:
+            self.skipTest("more room than a sparse file can pretend to need")
+        done = subprocess.run([TOOL, "equal-frequency", str(data), "--bins", "3"],
+                              capture_output=True, check=False, timeout=20,
+                              env={**os.environ, "TMPDIR": str(self.temporary)})
+        self.assertEqual((4, b""), (done.returncode, done.stdout))
+        self.assertIn(b" MB are free, but the temporary files need about ", done.stderr)
+        self.assertEqual([data], list(self.temporary.iterdir()))
 
     def test_a_full_file_system_is_noticed(self):
         # A limit on file sizes, at every size from nothing to enough.

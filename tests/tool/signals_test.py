@@ -49,7 +49,7 @@ class Signals(unittest.TestCase):
         return run
 
     def has_temporary_files(self):
-        return any(self.temporary.glob("tqbin-*/*"))
+        return any(self.temporary.glob("tqbin-*/[0-9a-f]*"))
 
     def wait_for(self, condition):
         for _ in range(1000):

@@ -4,14 +4,17 @@
 #include <string>
 #include <vector>
 
+#include "base/descriptor.h"
+
 namespace TQTool {
 
 // A directory of this run alone, for the library's temporary files: made with
-// mode 0700 and a name that nobody can foresee, removed with all its files by the
-// destructor.  At most one exists at a time.
+// mode 0700 and a name that nobody can foresee, locked while the run lives, removed
+// with all its files by the destructor.  At most one exists at a time.
 class PrivateDirectory {
  public:
-  // Makes it below `base`.  Throws ToolError (kFileSystem) when that fails.
+  // Makes it below `base`, where it first removes those of runs that were killed.  Throws ToolError
+  // (kFileSystem) when that fails.
   explicit PrivateDirectory(const std::string& base);
   PrivateDirectory(const PrivateDirectory&) = delete;
   PrivateDirectory& operator=(const PrivateDirectory&) = delete;
@@ -19,7 +22,7 @@ class PrivateDirectory {
 
   const std::string& GetPath() const { return fPath; }  // absolute
 
-  // The sizes in bytes of the files that it holds now, in no order.
+  // The sizes in bytes of the library's files that it holds now, in no order.
   std::vector<std::uintmax_t> GetFileSizes() const;
 
   // The base to take by default: TMPDIR, or /tmp.
@@ -29,8 +32,11 @@ class PrivateDirectory {
   static void RemoveFromSignalHandler();
 
  private:
+  bool Make(const std::string& pattern);
+
   std::string fPath;
-  int fDirectory = -1;  // open, so that clearing up never lacks a file descriptor
+  Descriptor fDirectory;  // open, so that clearing up never lacks a file descriptor
+  Descriptor fOwner;      // holds the lock
 };
 
 }  // namespace TQTool

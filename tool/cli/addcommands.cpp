@@ -1,6 +1,14 @@
 #include "cli/addcommands.h"
 
+#include "base/safemode.h"
+
 namespace TQTool {
+
+void AddSafeOption(CLI::App& command) {
+  command.add_flag_callback("--safe", EnterSafeMode,
+                            "read no file but those named here, and those only if they are "
+                            "regular files and no symbolic links");
+}
 
 void AddOutputOption(CLI::App& command, std::string& output) {
   command

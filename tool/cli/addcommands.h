@@ -25,6 +25,9 @@ void AddExportCommand(CLI::App& app, const Commands& commands, Action& action);
 // manual pages; the one that is named puts its text into `answer`.
 void AddShellCommands(CLI::App& app, std::string& answer);
 
+// What every command that reads files has.
+void AddSafeOption(CLI::App& command);
+
 // What every command that writes has.
 void AddOutputOption(CLI::App& command, std::string& output);
 

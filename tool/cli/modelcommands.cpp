@@ -14,6 +14,7 @@ std::shared_ptr<ModelOptions> AddCommand(CLI::App& app, const char* name, const 
   command->add_option("MODEL", options->model, "model file, or - for standard input")
       ->required()
       ->type_name("");
+  AddSafeOption(*command);
   command->callback(
       [options, &run, &action] { action = [options, &run] { return run(*options); }; });
   return options;

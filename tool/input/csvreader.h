@@ -60,6 +60,9 @@ class CsvReader {
   void Mark();
   void Rewind();
 
+  // How many bytes the rows read since the mark take, which must be set.
+  std::size_t GetBytesSinceMark() const { return fNext - fMark; }
+
  private:
   // A field whose text is not in the buffer as it is.
   struct Unescaped {

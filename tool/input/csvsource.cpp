@@ -26,8 +26,8 @@ std::string CountOf(std::size_t count) {
 
 }  // namespace
 
-CsvSource::CsvSource(CsvReader reader, char decimalPoint)
-    : fReader(std::move(reader)), fHeaderLine(1) {
+CsvSource::CsvSource(CsvReader reader, char decimalPoint, std::uint64_t size)
+    : fReader(std::move(reader)), fHeaderLine(1), fSize(size), fRows(0), fBytesPerRow(0.0) {
   fName = fReader.GetName();
   fDecimalPoint = decimalPoint;
   do {
@@ -63,7 +63,25 @@ bool CsvSource::NextRow() {
   } while (fNames.size() > 1 && fReader.IsBlankLine());
   fFields = fReader.GetFields();
   if (fFields.size() != fNames.size()) FailAtRowOfAnotherLength();
+  ++fRows;
   return true;
+}
+
+std::optional<double> CsvSource::EstimateRows() const {
+  if (fSize == 0 || fBytesPerRow == 0.0) return std::nullopt;
+  return static_cast<double>(fSize) / fBytesPerRow;
+}
+
+void CsvSource::Mark() {
+  fReader.Mark();
+  fRows = 0;
+}
+
+void CsvSource::Rewind() {
+  if (fRows > 0) {
+    fBytesPerRow = static_cast<double>(fReader.GetBytesSinceMark()) / static_cast<double>(fRows);
+  }
+  fReader.Rewind();
 }
 
 std::string CsvSource::DescribeRow() const { return fmt::format("line {}", fReader.GetLine()); }

@@ -2,13 +2,14 @@
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <fmt/format.h>
 
+#include "base/files.h"
 #include "base/plaintext.h"
 #include "base/signals.h"
 #include "base/toolerror.h"
@@ -16,7 +17,7 @@
 namespace TQTool {
 namespace {
 
-[[noreturn]] void ThrowCannotOpen(const std::string& name, const char* reason) {
+[[noreturn]] void ThrowCannotOpen(const std::string& name, const std::string& reason) {
   throw ToolError(kInput, fmt::format("{}: cannot be opened: {}; expected a CSV file, or - for "
                                       "standard input",
                                       name, reason));
@@ -31,25 +32,25 @@ void InputFile::CheckReadable(const std::string& path) {
 }
 
 InputFile::InputFile(const std::string& path)
-    : fName(path == "-" ? "standard input" : Printable(path)), fFile(-1) {
-  fFile = path == "-" ? dup(STDIN_FILENO) : open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fFile < 0) {
+    : fName(path == "-" ? "standard input" : Printable(path)) {
+  OpenedFile opened = OpenForReading(path);
+  if (!opened.problem.empty()) {
     ThrowIfCancelled();
-    ThrowCannotOpen(fName, std::strerror(errno));
+    ThrowCannotOpen(fName, opened.problem);
   }
-  struct stat status = {};
-  if (fstat(fFile, &status) == 0 && S_ISDIR(status.st_mode)) {
-    close(fFile);
-    ThrowCannotOpen(fName, std::strerror(EISDIR));
-  }
+  fFile = std::move(opened.file);
 }
 
-InputFile::~InputFile() { close(fFile); }
+std::uint64_t InputFile::GetSize() const {
+  struct stat status = {};
+  const bool isKnown = fstat(fFile.Get(), &status) == 0 && S_ISREG(status.st_mode);
+  return isKnown ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
 
 std::size_t InputFile::Read(char* buffer, std::size_t size) {
   for (;;) {
-    WaitForInput(fFile);
-    const ssize_t count = read(fFile, buffer, size);
+    WaitForInput(fFile.Get());
+    const ssize_t count = read(fFile.Get(), buffer, size);
     if (count >= 0) return static_cast<std::size_t>(count);
     if (errno != EINTR && errno != EAGAIN) {
       throw ToolError(kFileSystem, fmt::format("{}: cannot be read: {}; nothing was binned", fName,

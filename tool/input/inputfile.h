@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
+
+#include "base/descriptor.h"
 
 namespace TQTool {
 
@@ -14,12 +17,11 @@ class InputFile {
   // Throws the same when it could not be opened now.
   static void CheckReadable(const std::string& path);
 
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
-  ~InputFile();
-
   // How messages call it: its path, or "standard input".
   const std::string& GetName() const { return fName; }
+
+  // How many bytes it holds; 0 when that is not known, as for a pipe.
+  std::uint64_t GetSize() const;
 
   // Reads up to `size` bytes, at least one unless the end is reached; their
   // number, 0 at the end.  Throws ToolError: kFileSystem when reading fails, or
@@ -28,7 +30,7 @@ class InputFile {
 
  private:
   std::string fName;
-  int fFile;
+  Descriptor fFile;
 };
 
 }  // namespace TQTool

@@ -6,6 +6,7 @@
 
 #include "base/notes.h"
 #include "base/plaintext.h"
+#include "base/safemode.h"
 #include "base/toolerror.h"
 #include "input/bytestream.h"
 #include "input/csvsource.h"
@@ -29,14 +30,15 @@ void Tell(const InputOptions& options, const std::string& name, const std::strin
   if (options.isVerbose) PrintNote(fmt::format("{}: {}", name, finding));
 }
 
-// The text of a file, decompressed if need be.
+// The text of a file, decompressed if need be, and whether that was so.
 std::shared_ptr<ByteStream> OpenText(const std::shared_ptr<InputFile>& file,
-                                     const InputOptions& options) {
+                                     const InputOptions& options, bool* isCompressed) {
   const std::string& name = file->GetName();
   auto bytes = std::make_shared<ByteStream>(
       [file](char* buffer, std::size_t size) { return file->Read(buffer, size); });
   std::unique_ptr<Decompressor> decompressor = FindDecompressor(bytes->Peek(kCompressionMark));
-  if (decompressor == nullptr) return bytes;
+  *isCompressed = decompressor != nullptr;
+  if (!*isCompressed) return bytes;
   Tell(options, name, fmt::format("compressed with {}", decompressor->GetName()));
   return std::make_shared<ByteStream>(
       Decompress(std::move(decompressor), std::move(bytes), name, options.maxDecompressedBytes));
@@ -44,7 +46,8 @@ std::shared_ptr<ByteStream> OpenText(const std::shared_ptr<InputFile>& file,
 
 std::unique_ptr<Source> OpenCsv(const std::string& path, const InputOptions& options) {
   const auto file = std::make_shared<InputFile>(path);
-  std::shared_ptr<ByteStream> text = OpenText(file, options);
+  bool isCompressed = false;
+  std::shared_ptr<ByteStream> text = OpenText(file, options, &isCompressed);
   char delimiter = options.delimiter.value_or(',');
   if (!options.delimiter.has_value()) {
     const std::string_view sample = text->Peek(kDelimiterSample);
@@ -56,7 +59,8 @@ std::unique_ptr<Source> OpenCsv(const std::string& path, const InputOptions& opt
   }
   CsvReader reader(ReadBlockOf(std::move(text)), file->GetName(), delimiter,
                    {options.maxRecordBytes, options.maxColumns});
-  return std::make_unique<CsvSource>(std::move(reader), options.hasDecimalComma ? ',' : '.');
+  return std::make_unique<CsvSource>(std::move(reader), options.hasDecimalComma ? ',' : '.',
+                                     isCompressed ? 0 : file->GetSize());
 }
 
 bool IsDatabase(std::string_view input) {
@@ -68,6 +72,12 @@ std::unique_ptr<Source> OpenOne(const std::string& input, const InputOptions& op
     return std::make_unique<SqliteSource>(input, options.query);
   }
   if (PostgresSource::IsAddress(input)) {
+    if (IsSafeMode()) {
+      throw ToolError(kUsage,
+                      fmt::format("--safe: {} is no file, and asking it may read files "
+                                  "with passwords and keys; expected a file, or sqlite:FILE",
+                                  Printable(input)));
+    }
     return std::make_unique<PostgresSource>(input, options.query);
   }
   if (!options.query.empty()) {

@@ -48,6 +48,10 @@ class Source {
   // What stands before the decimals of the source's numbers.
   char GetDecimalPoint() const { return fDecimalPoint; }
 
+  // About how many rows there are in all, where that can be told before they are read:
+  // when rows have been looked at between Mark and Rewind.
+  virtual std::optional<double> EstimateRows() const { return std::nullopt; }
+
   // Where this row is, in words: "line 7".
   virtual std::string DescribeRow() const = 0;
 

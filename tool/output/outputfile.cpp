@@ -16,10 +16,10 @@
 namespace TQTool {
 namespace {
 
-// Whether something other than a regular file has this name.
-bool IsSpecial(const std::string& path) {
+// The kind of what has this name, as in st_mode; 0 for nothing.
+mode_t KindOf(const std::string& path) {
   struct stat status = {};
-  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+  return lstat(path.c_str(), &status) == 0 ? status.st_mode & S_IFMT : 0;
 }
 
 }  // namespace
@@ -27,8 +27,16 @@ bool IsSpecial(const std::string& path) {
 OutputFile::OutputFile(const std::string& path)
     : fPath(path == "-" ? "" : path), fFile(STDOUT_FILENO) {
   if (fPath.empty()) return;
-  if (IsSpecial(fPath)) {
-    fFile = open(fPath.c_str(), O_WRONLY | O_CLOEXEC);
+  const mode_t kind = KindOf(fPath);
+  if (kind == S_IFLNK) {
+    // Somebody else may have laid it, to have a file of the user's overwritten.
+    throw ToolError(kFileSystem,
+                    fmt::format("{}: a symbolic link; expected a file, new or to be replaced; name "
+                                "the file that it leads to, or - for standard output",
+                                Printable(fPath)));
+  }
+  if (kind != 0 && kind != S_IFREG) {
+    fFile = open(fPath.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW);
   } else {
     fTemporary = fPath + ".XXXXXX";
     fFile = mkostemp(fTemporary.data(), O_CLOEXEC);

@@ -11,7 +11,8 @@ namespace TQTool {
 // not finished.  What is no regular file, such as a device, is written directly.
 class OutputFile {
  public:
-  // Throws ToolError (kFileSystem) when the file cannot be made.
+  // Throws ToolError (kFileSystem) when the file cannot be made or its name is a
+  // symbolic link.
   explicit OutputFile(const std::string& path);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;

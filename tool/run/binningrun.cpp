@@ -22,6 +22,7 @@
 #include "run/arrivalcheck.h"
 #include "run/categoryorder.h"
 #include "run/columns.h"
+#include "run/freespace.h"
 #include "run/resultcollector.h"
 
 namespace TQTool {
@@ -227,6 +228,7 @@ Model RunBinning(const Options& options) {
   RecordFeed records(table, columns, missing, list);
   const PrivateDirectory directory(options.tempDir.empty() ? PrivateDirectory::DefaultBase()
                                                            : options.tempDir);
+  CheckFreeSpace(directory.GetPath(), table.EstimateRows(), static_cast<std::size_t>(list.Size()));
   const Workplace work = {options, columns, list, records, directory, table.GetName()};
 
   Model model;

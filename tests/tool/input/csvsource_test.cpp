@@ -82,5 +82,26 @@ TEST(CsvSource, SingleColumnMakesTheDelimiterSuspect) {
       ErrorOf([&] { table.GetColumn("a"); }));
 }
 
+TEST(CsvSource, EstimatesTheRowsFromTheLengthOfThoseLookedAt) {
+  CsvSource table(ReaderOf("a,b\n1,2\n3,4\n5,6789\n"), '.', 4000);
+  EXPECT_EQ(std::nullopt, table.EstimateRows());
+  table.Mark();
+  table.NextRow();
+  table.NextRow();
+  table.Rewind();
+  EXPECT_EQ(1000.0, table.EstimateRows());
+}
+
+TEST(CsvSource, EstimatesNothingWhenTheSizeIsNotKnownOrNoRowIsThere) {
+  CsvSource ofUnknownSize(ReaderOf("a,b\n1,2\n"));
+  CsvSource empty(ReaderOf("a,b\n"), '.', 4000);
+  for (CsvSource* const table : {&ofUnknownSize, &empty}) {
+    table->Mark();
+    table->NextRow();
+    table->Rewind();
+    EXPECT_EQ(std::nullopt, table->EstimateRows());
+  }
+}
+
 }  // namespace
 }  // namespace TQTool

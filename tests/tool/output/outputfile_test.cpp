@@ -70,6 +70,19 @@ TEST_F(OutputFileTest, FileThatCannotBeMadeIsNamed) {
               HasSubstr("none/out: cannot be made: No such file or directory; "));
 }
 
+TEST_F(OutputFileTest, ASymbolicLinkIsNeitherFollowedNorReplaced) {
+  std::ofstream(Path("target")) << "old";
+  for (const char* const target : {"target", "missing", "/dev/null"}) {
+    fs::create_symlink(target, Path("link"));
+    EXPECT_THAT(ErrorOf([this] { OutputFile output(Path("link")); }),
+                HasSubstr("link: a symbolic link; "));
+    EXPECT_TRUE(fs::is_symlink(Path("link")));
+    fs::remove(Path("link"));
+  }
+  EXPECT_EQ("old", Content("target"));
+  EXPECT_EQ(1, CountFiles());
+}
+
 TEST_F(OutputFileTest, FullDeviceIsReported) {
   EXPECT_THAT(ErrorOf([] { OutputFile("/dev/full").Write("text"); }),
               HasSubstr("4: /dev/full: cannot be written: No space left on device; "));
