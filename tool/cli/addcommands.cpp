@@ -1,13 +1,20 @@
 #include "cli/addcommands.h"
 
 #include "base/safemode.h"
+#include "cli/configfile.h"
 
 namespace TQTool {
 
-void AddSafeOption(CLI::App& command) {
-  command.add_flag_callback("--safe", EnterSafeMode,
-                            "read no file but those named here, and those only if they are "
-                            "regular files and no symbolic links");
+CLI::App& AddCommand(CLI::App& app, const std::string& name, const std::string& description) {
+  CLI::App& command = *app.add_subcommand(name, description);
+  // Before the file of options is opened, and therefore none of them.
+  command
+      .add_flag_callback("--safe", EnterSafeMode,
+                         "read no file but those named here, and those only if they are "
+                         "regular files and no symbolic links")
+      ->configurable(false);
+  AddConfigOption(command);
+  return command;
 }
 
 void AddOutputOption(CLI::App& command, std::string& output) {

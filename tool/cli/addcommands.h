@@ -25,8 +25,8 @@ void AddExportCommand(CLI::App& app, const Commands& commands, Action& action);
 // manual pages; the one that is named puts its text into `answer`.
 void AddShellCommands(CLI::App& app, std::string& answer);
 
-// What every command that reads files has.
-void AddSafeOption(CLI::App& command);
+// A new command, with what every command that reads files has.
+CLI::App& AddCommand(CLI::App& app, const std::string& name, const std::string& description);
 
 // What every command that writes has.
 void AddOutputOption(CLI::App& command, std::string& output);

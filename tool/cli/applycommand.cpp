@@ -51,12 +51,12 @@ void AddWritingOptions(CLI::App& command, ApplyOptions& options) {
 }  // namespace
 
 void AddApplyCommand(CLI::App& app, const Commands& commands, Action& action) {
-  CLI::App* const command =
-      app.add_subcommand("apply", "Writes data with a column of bins per column of a model.");
+  CLI::App& command =
+      AddCommand(app, "apply", "Writes data with a column of bins per column of a model.");
   const auto options = std::make_shared<ApplyOptions>();
-  AddReadingOptions(*command, *options);
-  AddWritingOptions(*command, *options);
-  command->callback([options, &commands, &action] {
+  AddReadingOptions(command, *options);
+  AddWritingOptions(command, *options);
+  command.callback([options, &commands, &action] {
     CheckInputArguments(options->input);
     action = [options, &commands] { return commands.apply(*options); };
   });

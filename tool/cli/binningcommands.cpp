@@ -170,21 +170,21 @@ void Interpret(const RawOptions& raw, Options& options) {
 // Adds one method; its options live as long as the parser's reference to them.
 void AddMethod(CLI::App& app, Method method, const Commands& commands, Action& action) {
   const bool isSupervised = method == Method::kSupervised;
-  CLI::App* const command = app.add_subcommand(
-      NameOf(method),
+  CLI::App& command = AddCommand(
+      app, NameOf(method),
       isSupervised ? "Bins that separate the categories of a target: splits of least entropy."
                    : "Bins that hold about equal numbers of rows, or equal weight.");
-  command->alias(isSupervised ? "mdlp" : "ef");
+  command.alias(isSupervised ? "mdlp" : "ef");
   const auto options = std::make_shared<Options>();
   const auto raw = std::make_shared<RawOptions>();
   options->method = method;
   if (isSupervised) {
-    AddSupervisedOptions(*command, *options, *raw);
+    AddSupervisedOptions(command, *options, *raw);
   } else {
-    AddEqualFrequencyOptions(*command, *options);
+    AddEqualFrequencyOptions(command, *options);
   }
-  AddCommonOptions(*command, *options, *raw);
-  command->callback([options, raw, &commands, &action] {
+  AddCommonOptions(command, *options, *raw);
+  command.callback([options, raw, &commands, &action] {
     Interpret(*raw, *options);
     action = [options, &commands] { return commands.bin(*options); };
   });

@@ -6,13 +6,13 @@
 namespace TQTool {
 
 void AddExportCommand(CLI::App& app, const Commands& commands, Action& action) {
-  CLI::App* const command =
-      app.add_subcommand("export", "Writes the bins of a model as SQL, Python, C or PMML.");
+  CLI::App& command =
+      AddCommand(app, "export", "Writes the bins of a model as SQL, Python, C or PMML.");
   const auto options = std::make_shared<ExportOptions>();
-  command->add_option("MODEL", options->model, "model file, or - for standard input")
+  command.add_option("MODEL", options->model, "model file, or - for standard input")
       ->required()
       ->type_name("");
-  AddChoice<ExportFormat>(*command, "--format", options->format,
+  AddChoice<ExportFormat>(command, "--format", options->format,
                           {{"sql", ExportFormat::kSql},
                            {"python", ExportFormat::kPython},
                            {"c", ExportFormat::kC},
@@ -21,11 +21,11 @@ void AddExportCommand(CLI::App& app, const Commands& commands, Action& action) {
                           "C99 source file; pmml: a PMML 4.4 document")
       ->required();
   CLI::Option* const table =
-      command->add_option("--table", options->table, "sql: the table to read (default: data)")
+      command.add_option("--table", options->table, "sql: the table to read (default: data)")
           ->type_name("NAME");
-  AddBinNameOptions(*command, options->binText, options->suffix);
-  AddOutputOption(*command, options->output);
-  command->callback([options, table, &commands, &action] {
+  AddBinNameOptions(command, options->binText, options->suffix);
+  AddOutputOption(command, options->output);
+  command.callback([options, table, &commands, &action] {
     if (table->count() > 0 && options->format != ExportFormat::kSql) {
       throw ToolError(kUsage, "--table: only SQL reads a table; expected --format sql with it");
     }

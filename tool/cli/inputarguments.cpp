@@ -8,7 +8,6 @@
 
 #include "base/plaintext.h"
 #include "base/toolerror.h"
-#include "cli/addcommands.h"
 #include "input/numbertext.h"
 
 namespace TQTool {
@@ -94,7 +93,6 @@ void AddInputArguments(CLI::App& command, InputOptions& options) {
   command.add_flag("--decimal-comma", options.hasDecimalComma, "numbers are written as in 3,14");
   command.add_option("--query", options.query, "what to ask a data base for: one SELECT")
       ->type_name("SQL");
-  AddSafeOption(command);
   command.add_flag("--verbose", options.isVerbose,
                    "tell on standard error what was found out about the input");
   AddLimits(command, options);

@@ -6,16 +6,15 @@ namespace TQTool {
 namespace {
 
 // A command that reads a model file only.
-std::shared_ptr<ModelOptions> AddCommand(CLI::App& app, const char* name, const char* help,
-                                         const std::function<int(const ModelOptions&)>& run,
-                                         Action& action) {
-  CLI::App* const command = app.add_subcommand(name, help);
+std::shared_ptr<ModelOptions> AddModelCommand(CLI::App& app, const char* name, const char* help,
+                                              const std::function<int(const ModelOptions&)>& run,
+                                              Action& action) {
+  CLI::App& command = AddCommand(app, name, help);
   auto options = std::make_shared<ModelOptions>();
-  command->add_option("MODEL", options->model, "model file, or - for standard input")
+  command.add_option("MODEL", options->model, "model file, or - for standard input")
       ->required()
       ->type_name("");
-  AddSafeOption(*command);
-  command->callback(
+  command.callback(
       [options, &run, &action] { action = [options, &run] { return run(*options); }; });
   return options;
 }
@@ -24,14 +23,14 @@ std::shared_ptr<ModelOptions> AddCommand(CLI::App& app, const char* name, const 
 
 void AddModelCommands(CLI::App& app, const Commands& commands, Action& action) {
   const auto show =
-      AddCommand(app, "show", "Shows the bins of a model file.", commands.show, action);
+      AddModelCommand(app, "show", "Shows the bins of a model file.", commands.show, action);
   CLI::App& showCommand = *app.get_subcommand("show");
   AddChoice<OutputFormat>(showCommand, "--format", show->format,
                           {{"table", OutputFormat::kTable}, {"json", OutputFormat::kJson}},
                           "table (default), or json: the model file as tqbin writes it");
   AddOutputOption(showCommand, show->output);
-  const auto check = AddCommand(app, "check", "Tells whether an edited model file is still good.",
-                                commands.check, action);
+  const auto check = AddModelCommand(
+      app, "check", "Tells whether an edited model file is still good.", commands.check, action);
   app.get_subcommand("check")->add_flag("--strict", check->isStrict,
                                         "end with 1 when there is something to warn about");
 }
