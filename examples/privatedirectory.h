@@ -10,7 +10,10 @@
 // A directory of this run's own, for the library's temporary files: nobody else may read
 // it (mode 0700) or foresee its name, and it is removed with its files at the end.
 struct PrivateDirectory {
+  // Absolute.
   std::string path = std::filesystem::temp_directory_path() / "binning-XXXXXX";
+
+  // Makes it; throws when that fails.
   PrivateDirectory() {
     if (mkdtemp(path.data()) == nullptr) throw std::runtime_error("cannot make " + path);
   }

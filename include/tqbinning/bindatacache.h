@@ -9,7 +9,7 @@
 // Copies are deep.
 class TQBINNING_EXPORT BINDataCache {
  public:
-  enum CacheStatus : int {
+  enum CacheStatus : int {  // what the last operation left
     kHasRoom = 0,
     kBlockReady = 2  // AddElem has filled a row
   };

@@ -58,7 +58,7 @@ class TQBINNING_EXPORT BINDataPreparator {
   // One name per column; names beyond the number of variables are empty.
   const std::vector<std::string>& GetFileNames() const;
 
-  unsigned long GetNumberOfKeptCases() const;
+  unsigned long GetNumberOfKeptCases() const;  // read and not dropped
   // The column of each variable of the list, -1 for none.
   const std::vector<int>& GetVariableIndex() const;
   // The largest category code met in a column, 0 at first.
@@ -66,7 +66,7 @@ class TQBINNING_EXPORT BINDataPreparator {
   // Records why the pass ended, when its data cannot be used.
   void KeepFailure(const TQBinning::TQStatus& status);
 
-  std::ostream& Display(std::ostream& os) const;
+  std::ostream& Display(std::ostream& os) const;  // for people to read
 
  protected:
   void AddVariable(int k);

@@ -23,7 +23,7 @@ class RecordIterator;
 // rest is what earlier attributes left there.  Borrows source and preparator.
 class TQBINNING_EXPORT BINDataSet {
  public:
-  BINDataSet(TQCommon::RecordIterator& source, BINDataPreparator& preparator);
+  BINDataSet(TQCommon::RecordIterator& source, BINDataPreparator& preparator);  // reads nothing yet
   BINDataSet(const BINDataSet&) = delete;
   BINDataSet& operator=(const BINDataSet&) = delete;
   ~BINDataSet();

@@ -17,8 +17,8 @@
 class TQBINNING_EXPORT IBINEncoder {
  public:
   virtual ~IBINEncoder();
-  virtual int GetEncoderType() const = 0;  // 2 numeric, 3 string, 4 weight rounding
-  virtual int GetNumberOfCategories() const = 0;
+  virtual int GetEncoderType() const = 0;         // 2 numeric, 3 string, 4 weight rounding
+  virtual int GetNumberOfCategories() const = 0;  // seen so far
   // Replaces all labels, one per code.
   virtual void SetValueLabels(const std::vector<std::string>& labels) = 0;
   // Sets the label of one code; a code without category is ignored.
@@ -35,7 +35,7 @@ class TQBINNING_EXPORT IBINEncoder {
 // Orders doubles by <, with NaN after all numbers, so that a NaN is a category
 // like any other and never upsets the order of a map.
 struct BINNumericOrder {
-  bool operator()(double a, double b) const { return a < b || (b != b && a == a); }
+  bool operator()(double a, double b) const { return a < b || (b != b && a == a); }  // a first
 };
 
 // Numbers as categories.  Owns its user-missing definition (numeric).

@@ -58,7 +58,7 @@ class TQBINNING_EXPORT BINStringInterval {
   bool IsRightEndIncluded() const;
 
   bool IsEmpty() const;  // left > right, or equal ends that are not both included
-  bool Contains(const std::string& s) const;
+  bool Contains(const std::string& s) const;              // in byte order
   bool operator==(const BINStringInterval& other) const;  // ends and flags equal
 
   // One line, for example "BINStringInterval: ( b, d ]".

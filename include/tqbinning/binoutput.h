@@ -19,21 +19,21 @@ class TQBINNING_EXPORT BINAttributeTargetResults final {
   BINAttributeTargetResults& operator=(const BINAttributeTargetResults&);
   ~BINAttributeTargetResults();
 
-  TQBinning::TQStatus GetStatus() const;  // how binning this pair ended
-  int GetAttributeIndex() const;          // variable list indices
-  int GetTargetIndex() const;
+  TQBinning::TQStatus GetStatus() const;            // how binning this pair ended
+  int GetAttributeIndex() const;                    // variable list indices
+  int GetTargetIndex() const;                       // the same
   const std::vector<double>& GetCutPoints() const;  // strictly ascending
   // One row per bin, so one more than cut points: the bin's total weight, then
   // its weight in each target category.
   const std::vector<std::vector<double>>& GetCellCounts() const;
-  unsigned int GetNDistinctValues() const;
+  unsigned int GetNDistinctValues() const;   // of the cases binned
   double GetTotalWeight() const;             // weight of the cases binned
   double GetTotalWeightWithMissing() const;  // and of those with a missing value
-  double GetMinimum() const;
-  double GetMaximum() const;
-  double GetModelEntropy() const;  // bits; weighted mean entropy of the bins
+  double GetMinimum() const;                 // of the cases binned
+  double GetMaximum() const;                 // of the cases binned
+  double GetModelEntropy() const;            // bits; weighted mean entropy of the bins
 
-  virtual std::ostream& Display(std::ostream& os) const;
+  virtual std::ostream& Display(std::ostream& os) const;  // for people to read
 
  private:
   friend class BINOutput;
@@ -55,9 +55,9 @@ class TQBINNING_EXPORT BINAttributeTargetResults final {
 // grows: a pair that is stored twice is kept twice.  Copies are deep.
 class TQBINNING_EXPORT BINOutput {
  public:
-  BINOutput();
-  BINOutput(const BINOutput&);
-  BINOutput& operator=(const BINOutput&);
+  BINOutput();                             // nothing stored
+  BINOutput(const BINOutput&);             // a copy
+  BINOutput& operator=(const BINOutput&);  // a copy
   virtual ~BINOutput();
 
   // Stores one pair's outcome, `status` being part of it.  `cellCounts` is flat,
@@ -82,7 +82,7 @@ class TQBINNING_EXPORT BINOutput {
   // Replaces `out` by all values.  Error 120020, with `out` unchanged: none stored.
   TQBinning::TQStatus GetAllCutPoints(std::vector<BINAttributeTargetResults>& out) const;
 
-  virtual std::ostream& Display(std::ostream& os) const;
+  virtual std::ostream& Display(std::ostream& os) const;  // for people to read
 
  private:
   std::vector<BINAttributeTargetResults> fResults;

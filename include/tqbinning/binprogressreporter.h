@@ -23,7 +23,7 @@ class TQBINNING_EXPORT BINProgressReporter : public ProgressReport {
   BINProgressReporter();
   ~BINProgressReporter() override;
 
-  void SetValues(unsigned int index, double elapsedSeconds);
+  void SetValues(unsigned int index, double elapsedSeconds);  // for the next report
   int DiscreteMeasure(const std::string& name) override;
   double ScaleMeasure(const std::string& name) override;
 

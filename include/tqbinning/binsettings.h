@@ -13,9 +13,9 @@ class TQQueryCancel;
 // the cancel query, which are borrowed.
 class TQBINNING_EXPORT BINSettings {
  public:
-  BINSettings();
-  BINSettings(const BINSettings&);
-  BINSettings& operator=(const BINSettings&);
+  BINSettings();                               // the defaults
+  BINSettings(const BINSettings&);             // a copy
+  BINSettings& operator=(const BINSettings&);  // a copy
   ~BINSettings();
 
   // Receives progress reports; null (the default) for none.

@@ -16,7 +16,7 @@ class TQBINNING_EXPORT IBINUserMissing {
   virtual ~IBINUserMissing();
   virtual int GetDataType() const = 0;         // 0 numeric, 1 string
   virtual int GetNDiscreteValues() const = 0;  // number of listed values
-  virtual bool HasInterval() const = 0;
+  virtual bool HasInterval() const = 0;        // whether a range is missing
   virtual IBINUserMissing* Clone() const = 0;  // a deep copy; the caller deletes it
   // Same type, values in the same order and interval; labels do not count.  False
   // for null.
@@ -38,7 +38,7 @@ class TQBINNING_EXPORT BINNumericUserMissing : public IBINUserMissing {
   // Sets the range, replacing an earlier one.
   void SetInterval(const BINNumericInterval& interval);
 
-  const std::vector<double>& GetDiscreteValues() const;
+  const std::vector<double>& GetDiscreteValues() const;    // in the order added
   const std::vector<std::string>& GetValueLabels() const;  // one per value
   const BINNumericInterval* GetInterval() const;           // null when there is none
 
@@ -72,8 +72,8 @@ class TQBINNING_EXPORT BINStringUserMissing : public IBINUserMissing {
   // Appends a value; neither number nor repetition is limited.
   void AddValue(const std::string& value, const std::string& label);
 
-  const std::vector<std::string>& GetDiscreteValues() const;
-  const std::vector<std::string>& GetValueLabels() const;  // one per value
+  const std::vector<std::string>& GetDiscreteValues() const;  // in the order added
+  const std::vector<std::string>& GetValueLabels() const;     // one per value
 
   // Whether exactly this string is listed.
   bool Contains(const std::string& value) const;

@@ -30,10 +30,10 @@ class TQBINNING_EXPORT IBINVariable {
   enum BINWRoundingOption : int { kTruncate = 0, kRoundToClosest = 1 };
 
   virtual ~IBINVariable();
-  virtual MeasureLevel GetMeasureLevel() const = 0;
-  virtual std::string GetVariableName() const = 0;
-  virtual std::string GetVariableLabel() const = 0;
-  virtual void SetVariableLabel(const std::string& label) = 0;
+  virtual MeasureLevel GetMeasureLevel() const = 0;             // how it is measured
+  virtual std::string GetVariableName() const = 0;              // unique in a list
+  virtual std::string GetVariableLabel() const = 0;             // for people to read
+  virtual void SetVariableLabel(const std::string& label) = 0;  // replaces it
   // The number of categories, declared or seen; 0 for one that is not categorical.
   virtual int GetNumberOfCategories() const = 0;
   virtual VariableRole GetVariableRole() const = 0;

@@ -14,14 +14,14 @@
 // owns its variables; copies are deep.  Names are unique but for the weight's.
 class TQBINNING_EXPORT BINVarList {
  public:
-  BINVarList();
-  BINVarList(const BINVarList& other);
-  BINVarList& operator=(const BINVarList& other);
+  BINVarList();                                    // no variables
+  BINVarList(const BINVarList& other);             // a deep copy
+  BINVarList& operator=(const BINVarList& other);  // a deep copy
   virtual ~BINVarList();
 
-  int Size() const;  // number of variables, the weight included
-  int GetNumContVar() const;
-  int GetNumCatVar() const;
+  int Size() const;            // number of variables, the weight included
+  int GetNumContVar() const;   // continuous ones
+  int GetNumCatVar() const;    // categorical ones
   int GetTargetIndex() const;  // -1 when none
   int GetWeightIndex() const;  // -1 when none
 
@@ -91,7 +91,7 @@ class TQBINNING_EXPORT BINVarList {
   // The attributes' names in order, and the (last) target's name if there is one.
   void GetVarNames(std::vector<std::string>& names, std::string& targetName) const;
 
-  std::ostream& Display(std::ostream& os) const;
+  std::ostream& Display(std::ostream& os) const;  // for people to read
 
  private:
   bool HasIndex(int index) const;

@@ -20,13 +20,13 @@ class TQBINNING_EXPORT BINAttributeResults final {
   int GetAttributeIndex() const;                     // variable list index
   const std::vector<double>& GetCutPoints() const;   // ascending
   const std::vector<double>& GetCellCounts() const;  // weight of each bin
-  unsigned int GetNDistinctValues() const;
-  double GetTotalWeight() const;             // weight of the cases binned
-  double GetTotalWeightWithMissing() const;  // and of those with a missing value
-  double GetMinimum() const;
-  double GetMaximum() const;
+  unsigned int GetNDistinctValues() const;           // of the cases binned
+  double GetTotalWeight() const;                     // weight of the cases binned
+  double GetTotalWeightWithMissing() const;          // and of those with a missing value
+  double GetMinimum() const;                         // of the cases binned
+  double GetMaximum() const;                         // of the cases binned
 
-  virtual std::ostream& Display(std::ostream& os) const;
+  virtual std::ostream& Display(std::ostream& os) const;  // for people to read
 
  private:
   friend class EFBINOutput;
@@ -46,9 +46,9 @@ class TQBINNING_EXPORT BINAttributeResults final {
 // Only grows: an attribute that is stored twice is kept twice.  Copies are deep.
 class TQBINNING_EXPORT EFBINOutput {
  public:
-  EFBINOutput();
-  EFBINOutput(const EFBINOutput&);
-  EFBINOutput& operator=(const EFBINOutput&);
+  EFBINOutput();                               // nothing stored
+  EFBINOutput(const EFBINOutput&);             // a copy
+  EFBINOutput& operator=(const EFBINOutput&);  // a copy
   virtual ~EFBINOutput();
 
   // Stores one attribute's outcome as it is, `status` being part of it.  Error
@@ -67,7 +67,7 @@ class TQBINNING_EXPORT EFBINOutput {
   // Replaces `out` by all values.  Error 120020, with `out` unchanged: none stored.
   TQBinning::TQStatus GetAllCutPoints(std::vector<BINAttributeResults>& out) const;
 
-  virtual std::ostream& Display(std::ostream& os) const;
+  virtual std::ostream& Display(std::ostream& os) const;  // for people to read
 
  private:
   std::vector<BINAttributeResults> fResults;

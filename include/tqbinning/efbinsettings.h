@@ -13,9 +13,9 @@ class TQQueryCancel;
 // the cancel query, which are borrowed.
 class TQBINNING_EXPORT EFBINSettings {
  public:
-  EFBINSettings();
-  EFBINSettings(const EFBINSettings&);
-  EFBINSettings& operator=(const EFBINSettings&);
+  EFBINSettings();                                 // the defaults
+  EFBINSettings(const EFBINSettings&);             // a copy
+  EFBINSettings& operator=(const EFBINSettings&);  // a copy
   ~EFBINSettings();
 
   // Receives progress reports; null (the default) for none.
