@@ -22,6 +22,7 @@ constexpr int kMaxInt = std::numeric_limits<int>::max();
 struct RawOptions {
   std::vector<std::string> userMissing;
   std::vector<std::string> pairs;
+  std::string weightRounding;  // empty for the default
 };
 
 // What is wrong with the text of a factor; nothing when it is a number from 0 to 1.
@@ -30,6 +31,14 @@ std::string CheckFactor(const std::string& text) {
   const bool isNumber = ReadNumber(text, &factor) == NumberText::kNumber;
   if (isNumber && factor >= 0.0 && factor <= 1.0) return "";
   return fmt::format("{} is no number from 0 to 1", Quoted(text));
+}
+
+// What is wrong with the text of a weight's scale.
+std::string CheckScale(const std::string& text) {
+  double factor = 0.0;
+  const bool isNumber = ReadNumber(text, &factor) == NumberText::kNumber;
+  if (text == kMeanScale || (isNumber && factor > 0.0)) return "";
+  return fmt::format("{} is neither mean nor a number above 0", Quoted(text));
 }
 
 void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
@@ -46,10 +55,19 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
                       "frequency weight: a row counts this often; a row whose weight is missing "
                       "or not above zero is left out")
           ->type_name("COLUMN");
-  AddChoice<std::string>(command, "--weight-rounding", options.settings.weightRounding,
+  AddChoice<std::string>(command, "--weight-rounding", raw.weightRounding,
                          {{"closest", "closest"}, {"down", "down"}, {"none", "none"}},
-                         "how weights are made whole: closest (default), down or none")
+                         "how weights are made whole (default: closest, but none with "
+                         "--weight-scale)")
       ->needs(weight);
+  command
+      .add_option("--weight-scale", options.settings.weightScale,
+                  "a number that multiplies weights before they are rounded, or mean: divide them "
+                  "by their mean, so that a sampling weight counts as many cases as there are "
+                  "rows; mean reads the input twice, so it does not go with standard input")
+      ->check(CheckScale)
+      ->needs(weight)
+      ->type_name("SCALE");
   AddChoice<bool>(command, "--closed", options.settings.isRightClosed,
                   {{"right", true}, {"left", false}},
                   "the side on which a bin contains its cut point: right (default) or left");
@@ -158,6 +176,10 @@ std::vector<std::string> FindTargets(const Options& options) {
 // Completes the options by what was given as text; throws for what they cannot mean.
 void Interpret(const RawOptions& raw, Options& options) {
   CheckInputArguments(options.input);
+  options.settings.weightRounding = raw.weightRounding;
+  if (raw.weightRounding.empty()) {
+    options.settings.weightRounding = options.settings.weightScale.empty() ? "closest" : "none";
+  }
   if (options.settings.missingTokens.empty())
     options.settings.missingTokens = MissingTokens::Default();
   for (const std::string& text : raw.pairs) options.pairs.push_back(ReadPair(text));

@@ -84,4 +84,11 @@ void AddUserMissing(std::string_view option, const std::vector<std::string>& tar
   }
 }
 
+MissingRule MissingRuleOf(std::string_view column, const std::vector<UserMissing>& all) {
+  for (const UserMissing& definition : all) {
+    if (definition.column == column) return definition.rule;
+  }
+  return {};
+}
+
 }  // namespace TQTool

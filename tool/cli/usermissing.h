@@ -20,4 +20,7 @@ struct UserMissing {
 void AddUserMissing(std::string_view option, const std::vector<std::string>& targets,
                     std::vector<UserMissing>& all);
 
+// What was declared missing in a column.
+MissingRule MissingRuleOf(std::string_view column, const std::vector<UserMissing>& all);
+
 }  // namespace TQTool

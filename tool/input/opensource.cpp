@@ -1,5 +1,8 @@
 #include "input/opensource.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -97,6 +100,15 @@ std::unique_ptr<Source> OpenSource(const InputOptions& options) {
   }
   return std::make_unique<SourceSeries>(
       options.inputs, [options](const std::string& input) { return OpenOne(input, options); });
+}
+
+bool CanBeReadTwice(const InputOptions& options) {
+  const auto canBe = [](const std::string& input) {
+    if (IsDatabase(input)) return true;
+    std::error_code ignored;  // whoever opens the file reports it
+    return input != "-" && !std::filesystem::is_fifo(input, ignored);
+  };
+  return std::all_of(options.inputs.begin(), options.inputs.end(), canBe);
 }
 
 }  // namespace TQTool

@@ -12,4 +12,8 @@ namespace TQTool {
 // ToolError for an input that cannot be opened or begins in no usable way.
 std::unique_ptr<Source> OpenSource(const InputOptions& options);
 
+// Whether another OpenSource gives the same rows again: of files and data bases it
+// does, of standard input and pipes not.
+bool CanBeReadTwice(const InputOptions& options);
+
 }  // namespace TQTool

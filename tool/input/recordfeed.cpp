@@ -1,5 +1,8 @@
 #include "input/recordfeed.h"
 
+#include <cmath>
+#include <utility>
+
 #include <fmt/format.h>
 
 #include "base/plaintext.h"
@@ -13,11 +16,12 @@ constexpr double kNoCategory = -1.0;  // how a record says that its target is mi
 }  // namespace
 
 RecordFeed::RecordFeed(Source& source, const Columns& columns, const MissingTokens& missing,
-                       BINVarList& list)
+                       BINVarList& list, WeightRule weightRule)
     : fSource(source),
       fColumns(columns),
       fMissing(missing),
       fWeightEncoder(dynamic_cast<BINRoundEncoder*>(list.GetEncoderAt(list.GetWeightIndex()))),
+      fWeightRule(std::move(weightRule)),
       fRecordSize(list.Size()),
       fIsDone(false),
       fIsLastBlock(false),
@@ -77,7 +81,7 @@ bool RecordFeed::ReadRow(TQCommon::Record& record) {
   double weight = 1.0;
   for (std::size_t t = 0; t < fTargetEncoders.size(); ++t) record[field++] = ReadTarget(t);
   if (fWeightEncoder != nullptr) {
-    const double given = ReadValue(*fColumns.weight);
+    const double given = ReadWeight();
     record[field++] = given;
     weight = fWeightEncoder->Encode(given);
     if (weight == TQMV::gMissingValue) AccountDropped(given);
@@ -118,6 +122,23 @@ double RecordFeed::ReadAttribute(std::size_t attribute) {
   return isUserMissing ? TQMV::gMissingValue : value;
 }
 
+double RecordFeed::ReadWeight() {
+  const std::size_t column = *fColumns.weight;
+  const double given = ReadValue(column);
+  if (given == TQMV::gMissingValue || fWeightRule.missing.Contains(given)) {
+    return TQMV::gMissingValue;
+  }
+  const double weight = given * fWeightRule.factor / fWeightRule.divisor;
+  if (!std::isfinite(weight)) {
+    fSource.FailAtField(
+        column, fmt::format("{} in column {} is too large a weight to be multiplied "
+                            "by {}; correct it, or give a smaller --weight-scale",
+                            Quoted(fSource.GetField(column)), Quoted(fSource.GetNames()[column]),
+                            fWeightRule.factor));
+  }
+  return weight;
+}
+
 void RecordFeed::FailAtValue(std::size_t column, NumberText found) const {
   const std::string text(fSource.GetField(column));
   const std::string& name = fSource.GetNames()[column];
@@ -137,13 +158,10 @@ void RecordFeed::FailAtValue(std::size_t column, NumberText found) const {
                           alternatives));
 }
 
-void RecordFeed::AccountDropped(double givenWeight) {
-  const auto* const userMissing =
-      dynamic_cast<const BINNumericUserMissing*>(fWeightEncoder->GetUserMissingInfo());
-  const bool isUserMissing = userMissing != nullptr && userMissing->Contains(givenWeight);
-  if (givenWeight == TQMV::gMissingValue || isUserMissing) {
+void RecordFeed::AccountDropped(double weight) {
+  if (weight == TQMV::gMissingValue) {
     ++fFed.droppedWeightMissing;
-  } else if (givenWeight <= 0.0) {
+  } else if (weight <= 0.0) {
     ++fFed.droppedWeightNotPositive;
   } else {
     ++fFed.droppedWeightRoundedAway;

@@ -13,6 +13,7 @@
 #include "input/numbertext.h"
 #include "input/readahead.h"
 #include "input/source.h"
+#include "model/model.h"
 #include "run/columns.h"
 
 namespace TQTool {
@@ -36,6 +37,14 @@ struct FedData {
   std::vector<FedPair> pairs;                  // as the columns'
 };
 
+// What becomes of a weight before the library sees it.
+struct WeightRule {
+  MissingRule missing;  // of the weight as it was read
+  // By these it is multiplied and divided; one of them is 1.
+  double factor = 1.0;
+  double divisor = 1.0;
+};
+
 // The rows of a source as the library's cases, one variable after another as
 // MakeVarList lists them, with missing values as the library has them.  Learns the
 // targets' categories in passing, through the list's encoders.  No exception leaves it: an error
@@ -43,9 +52,9 @@ struct FedData {
 // source and list are then its own, and what was fed is not yet to be asked for.
 class RecordFeed : public TQCommon::RecordIterator {
  public:
-  // All are borrowed; `list` is the one that MakeVarList made of the columns.
-  RecordFeed(Source& source, const Columns& columns, const MissingTokens& missing,
-             BINVarList& list);
+  // All are borrowed but the rule; `list` is the one that MakeVarList made of the columns.
+  RecordFeed(Source& source, const Columns& columns, const MissingTokens& missing, BINVarList& list,
+             WeightRule weightRule = {});
 
   bool HasMore() override { return !fIsDone; }
   const TQCommon::Record* Next() override {
@@ -66,8 +75,9 @@ class RecordFeed : public TQCommon::RecordIterator {
   double ReadTarget(std::size_t target);
   double ReadValue(std::size_t column);
   double ReadAttribute(std::size_t attribute);
+  double ReadWeight();
   [[noreturn]] void FailAtValue(std::size_t column, NumberText found) const;
-  void AccountDropped(double givenWeight);
+  void AccountDropped(double weight);
   void Account(const TQCommon::Record& record, double weight);
 
   Source& fSource;
@@ -75,6 +85,7 @@ class RecordFeed : public TQCommon::RecordIterator {
   const MissingTokens& fMissing;
   std::vector<BINStringEncoder*> fTargetEncoders;  // the list's
   const BINRoundEncoder* fWeightEncoder;           // the list's; null without weight
+  WeightRule fWeightRule;
   // The list's, per attribute: what is missing besides missing texts; null for nothing.
   std::vector<const BINNumericUserMissing*> fUserMissing;
   int fRecordSize;

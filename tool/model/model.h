@@ -34,6 +34,9 @@ struct MissingRule {
   bool operator==(const MissingRule&) const = default;
 };
 
+// The weight's scale that divides by the mean of the weights.
+inline constexpr const char* kMeanScale = "mean";
+
 // The settings of a run that decide about its result.
 struct Settings {
   int bins = 0;             // equal frequency: how many were asked for
@@ -43,7 +46,7 @@ struct Settings {
   bool isRightClosed = true;
   std::string weight;                      // empty for none
   std::string weightRounding = "closest";  // closest, down, none
-  std::string weightScale;                 // empty for none, "mean", or a number
+  std::string weightScale;                 // empty for none, kMeanScale, or a number to multiply by
   MissingRule weightMissing;
   std::vector<std::string> missingTokens;  // texts that stand for a missing value everywhere
 

@@ -33,6 +33,12 @@ std::string PrintableList(std::vector<std::string> names) {
   return fmt::format("{}", fmt::join(names, ", "));
 }
 
+// How weights were scaled; nothing when they were not.
+std::string ScaleText(const std::string& scale) {
+  if (scale.empty()) return "";
+  return scale == kMeanScale ? " divided by its mean" : fmt::format(" times {}", Printable(scale));
+}
+
 }  // namespace
 
 std::string CountText(std::size_t count, const char* what) {
@@ -68,6 +74,7 @@ std::string RowsOf(const Model& model) {
   if (!model.settings.weight.empty()) {
     text += fmt::format(" of total weight {} by {}", WeightText(input.weight),
                         Printable(model.settings.weight));
+    text += ScaleText(model.settings.weightScale);
   }
   text += DroppedText(input);
   for (const Target& target : model.targets) {
@@ -79,7 +86,7 @@ std::string RowsOf(const Model& model) {
 }
 
 std::string NameOf(const BinnedAttribute& attribute, const Model& model) {
-  const std::string name = Printable(attribute.name);
+  std::string name = Printable(attribute.name);
   if (model.targets.size() < 2) return name;
   return name + " by " + Printable(model.TargetOf(attribute)->name);
 }

@@ -24,6 +24,7 @@
 #include "run/columns.h"
 #include "run/freespace.h"
 #include "run/resultcollector.h"
+#include "run/weightscale.h"
 
 namespace TQTool {
 namespace {
@@ -31,14 +32,6 @@ namespace {
 using TQBinning::TQStatus;
 
 constexpr int kCasesPerReport = 50000;
-
-// What the user declared missing in a column.
-MissingRule RuleOf(const Options& options, const std::string& column) {
-  for (const UserMissing& definition : options.userMissing) {
-    if (definition.column == column) return definition.rule;
-  }
-  return {};
-}
 
 // What a binning method works with; everything is borrowed.
 struct Workplace {
@@ -96,7 +89,7 @@ Target MakeTarget(const Workplace& work, std::size_t index, const std::vector<st
   Target target;
   target.name = work.list.GetVarAt(variable)->GetVariableName();
   target.missingCases = fed.withoutTarget[index];
-  target.missing = RuleOf(work.options, target.name);
+  target.missing = MissingRuleOf(target.name, work.options.userMissing);
   if (target.missingCases == fed.cases) {
     throw ToolError(kInput, fmt::format("{}: the target is missing in every row that counts; "
                                         "expected two categories at least; check {}, "
@@ -193,9 +186,9 @@ void NoteLargeWeights(const Settings& settings, const FedData& fed) {
   if (settings.weight.empty() || !(fed.weight > kSuspicious * cases)) return;
   PrintNote(
       fmt::format("the weights of {} add up to {} for {} rows; they count like repeated rows, so "
-                  "a sampling weight gives too many cut points; if it is one, divide it by its "
-                  "mean, {}, and take --weight-rounding none",
-                  Quoted(settings.weight), fed.weight, fed.cases, fed.weight / cases));
+                  "a sampling weight gives too many cut points; if it is one, take "
+                  "--weight-scale mean",
+                  Quoted(settings.weight), fed.weight, fed.cases));
 }
 
 // Without weights every case is a row.
@@ -212,7 +205,7 @@ void TakeWeightsForRows(BinnedAttribute& attribute) {
 void Complete(const Options& options, std::vector<BinnedAttribute>& attributes) {
   for (BinnedAttribute& attribute : attributes) {
     attribute.isRightClosed = options.settings.isRightClosed;
-    attribute.missing = RuleOf(options, attribute.name);
+    attribute.missing = MissingRuleOf(attribute.name, options.userMissing);
     if (options.settings.weight.empty()) TakeWeightsForRows(attribute);
   }
 }
@@ -225,7 +218,7 @@ Model RunBinning(const Options& options) {
   const MissingTokens missing(options.settings.missingTokens);
   const Columns columns = ChooseColumns(table, options, missing);
   BINVarList list = MakeVarList(table, columns, options);
-  RecordFeed records(table, columns, missing, list);
+  RecordFeed records(table, columns, missing, list, FindWeightRule(options, missing));
   const PrivateDirectory directory(options.tempDir.empty() ? PrivateDirectory::DefaultBase()
                                                            : options.tempDir);
   CheckFreeSpace(directory.GetPath(), table.EstimateRows(), static_cast<std::size_t>(list.Size()));
@@ -238,7 +231,7 @@ Model RunBinning(const Options& options) {
   }
   model.method = options.method;
   model.settings = options.settings;
-  model.settings.weightMissing = RuleOf(options, options.settings.weight);
+  model.settings.weightMissing = MissingRuleOf(options.settings.weight, options.userMissing);
   if (options.method == Method::kSupervised) {
     BinSupervised(work, model);
   } else {

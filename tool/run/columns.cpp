@@ -241,7 +241,7 @@ BINVarList MakeVarList(const Source& table, const Columns& columns, const Option
                       "--attribute",
                       Quoted(name)));
     }
-    AddUserMissing(definition.rule, index, list);
+    if (index != list.GetWeightIndex()) AddUserMissing(definition.rule, index, list);
   }
   return list;
 }

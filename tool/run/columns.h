@@ -48,8 +48,8 @@ inline int AttributeVariable(const Columns& columns, std::size_t attribute) {
 Columns ChooseColumns(Source& table, const Options& options, const MissingTokens& missing);
 
 // Describes the columns to the library: targets, weight and attributes, in this
-// order, with their user-missing values.  Throws ToolError (kInput) for a
-// user-missing value of a column that takes no part.
+// order, with their user-missing values; those of the weight are left to the feed.  Throws
+// ToolError (kInput) for a user-missing value of a column that takes no part.
 BINVarList MakeVarList(const Source& table, const Columns& columns, const Options& options);
 
 }  // namespace TQTool

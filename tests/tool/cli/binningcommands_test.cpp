@@ -214,6 +214,20 @@ TEST(Options, PairsThatCannotBeMeantAreRefused) {
               StartsWith("2: --pair stands instead of"));
 }
 
+TEST(Options, ScaledWeightsAreNotRoundedUnlessAskedFor) {
+  EXPECT_EQ("", Supervised({"-w", "w"}).settings.weightScale);
+  const Options options = Supervised({"-w", "w", "--weight-scale", "mean"});
+  EXPECT_EQ("mean", options.settings.weightScale);
+  EXPECT_EQ("none", options.settings.weightRounding);
+  EXPECT_EQ("down",
+            Supervised({"-w", "w", "--weight-scale", "2.5", "--weight-rounding", "down"})
+                .settings.weightRounding);
+  for (const char* const scale : {"", "0", "-1", "inf", "nan", "Mean"}) {
+    EXPECT_THAT(ErrorOfSupervised({"-w", "w", "--weight-scale", scale}),
+                HasSubstr("is neither mean nor a number above 0"));
+  }
+}
+
 TEST(Options, WhatIsMissingIsNamed) {
   EXPECT_THAT(ErrorOfArguments({}), StartsWith("2: no command is named;"));
   EXPECT_THAT(ErrorOfArguments({"mdlp", "f"}), StartsWith("2: --target is required"));

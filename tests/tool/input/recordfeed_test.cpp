@@ -94,6 +94,28 @@ TEST(RecordFeed, UserMissingValuesDoNotCount) {
   EXPECT_EQ(3.0, feed.fed.pairs[1].validWeight);
 }
 
+TEST(RecordFeed, WeightsAreScaledAfterTheMissingOnesWereFound) {
+  const auto weightsOf = [](const WeightRule& rule) {
+    CsvSource table(ReaderOf("w,a\n8,1\n9,1\n4,1\n"));
+    const Columns columns = {{}, 0, {1}, {{0, std::nullopt}}};
+    Options options;
+    options.settings.weightRounding = "none";
+    BINVarList list = MakeVarList(table, columns, options);
+    const MissingTokens missing(MissingTokens::Default());
+    RecordFeed records(table, columns, missing, list, rule);
+    std::vector<double> weights;
+    while (records.HasMore()) {
+      const TQCommon::Record* const record = records.Next();
+      if (record != nullptr) weights.push_back((*record)[0]);
+    }
+    return weights;
+  };
+  const double missing = TQMV::gMissingValue;
+  EXPECT_THAT(weightsOf({{{9.0}, std::nullopt, {}}, 0.5, 1.0}), ElementsAre(4, missing, 2));
+  EXPECT_THAT(weightsOf({{{4.0}, std::nullopt, {}}, 0.5, 1.0}), ElementsAre(4, 4.5, missing));
+  EXPECT_THAT(weightsOf({{}, 1.0, 4.0}), ElementsAre(2, 2.25, 1));
+}
+
 TEST(RecordFeed, EveryTargetHasCodesAndCountsOfItsOwn) {
   CsvSource table(ReaderOf("t,u,a\nx,p,1\ny,,2\nx,q,3\n"));
   const Columns columns = {{0, 1}, std::nullopt, {2}, {{0, 0}, {0, 1}}};
