@@ -103,10 +103,6 @@ class ValueNumbers {
   std::vector<double> fValues;
 };
 
-void SortNumbers(double* values, double* spare, std::size_t count) {
-  if (!SortByVector(values, spare, count)) std::sort(values, values + count);
-}
-
 }  // namespace
 
 CaseSorter::CaseSorter(SortMemory& memory, std::size_t mostCases) : fMemory(memory) {
@@ -227,7 +223,7 @@ void CaseSorter::SortValues(bool weightOrdersTies) {
   if (fPlaces.size() <= kFewKinds && CanSortByVector()) {
     std::size_t first = 0;
     for (const std::size_t end : runEnds) {
-      SortNumbers(fMemory.values[0].get() + first, fMemory.values[1].get(), end - first);
+      SortByVector(fMemory.values[0].get() + first, fMemory.values[1].get(), end - first);
       first = end;
     }
     MergeRuns(runEnds);

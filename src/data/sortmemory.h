@@ -5,8 +5,6 @@
 #include <memory>
 #include <vector>
 
-#include "data/vectorsort.h"
-
 namespace TQBinning {
 
 // What sorting needs beside the tuples: at most one more tuple vector.
@@ -30,7 +28,7 @@ struct SortMemory {
   }
 
  private:
-  void ReserveValues(std::size_t count) { Reserve(values, capacity, count + kVectorSortSlack); }
+  void ReserveValues(std::size_t count) { Reserve(values, capacity, count); }
 
   template <typename T>
   static void Reserve(std::unique_ptr<T[]> (&buffers)[2], std::size_t& capacity,

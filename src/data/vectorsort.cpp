@@ -1,8 +1,9 @@
 // Quicksort on vectors of eight doubles (AVX-512): a million numbers in about a tenth
 // of std::sort's time and half of the radix sort's.  The idea of the partition, to
 // compress each vector's smaller and larger numbers to either side, is that of B.
-// Bramas, "A Novel Hybrid Quicksort Algorithm Vectorized using AVX-512", 2017; the
-// short ranges are sorted by a bitonic network (K. Batcher, 1968).
+// Bramas, "A Novel Hybrid Quicksort Algorithm Vectorized using AVX-512", 2017; here one
+// permutation does both, and the numbers go to and fro between two arrays.  The short
+// ranges are sorted by a bitonic network (K. Batcher, 1968).
 //
 // This file alone is compiled for that processor.  It includes nothing that has
 // functions of its own, so that none of them can end up in what others run.
@@ -105,72 +106,90 @@ TQ_INLINE void SortVectors(Vector* v) {
   }
 }
 
-// Missing lanes are filled up with the largest number, which sorts to the end.
+// Sorts to `to`, which may be `from`.  Missing lanes are filled up with the largest
+// number, which sorts to the end.
 template <std::size_t kCount>
-void SortUpTo(double* values, std::size_t count) {
+void SortUpTo(const double* from, double* to, std::size_t count) {
   Vector v[kCount];
 #pragma GCC unroll 16
   for (std::size_t i = 0; i < kCount; ++i) {
-    v[i] =
-        i * kLanes < count ? Load(values + i * kLanes, count - i * kLanes) : _mm512_set1_pd(kLast);
+    v[i] = i * kLanes < count ? Load(from + i * kLanes, count - i * kLanes) : _mm512_set1_pd(kLast);
   }
   SortVectors<kCount>(v);
 #pragma GCC unroll 16
   for (std::size_t i = 0; i < kCount; ++i) {
     if (i * kLanes < count) {
-      _mm512_mask_storeu_pd(values + i * kLanes, FirstLanes(count - i * kLanes), v[i]);
+      _mm512_mask_storeu_pd(to + i * kLanes, FirstLanes(count - i * kLanes), v[i]);
     }
   }
 }
 
-void SortFew(double* values, std::size_t count) {
-  if (count <= kLanes) return SortUpTo<1>(values, count);
-  if (count <= 2 * kLanes) return SortUpTo<2>(values, count);
-  if (count <= 4 * kLanes) return SortUpTo<4>(values, count);
-  if (count <= 8 * kLanes) return SortUpTo<8>(values, count);
-  SortUpTo<kMostVectors>(values, count);
+void SortFew(const double* from, double* to, std::size_t count) {
+  if (count <= kLanes) return SortUpTo<1>(from, to, count);
+  if (count <= 2 * kLanes) return SortUpTo<2>(from, to, count);
+  if (count <= 4 * kLanes) return SortUpTo<4>(from, to, count);
+  if (count <= 8 * kLanes) return SortUpTo<8>(from, to, count);
+  SortUpTo<kMostVectors>(from, to, count);
 }
 
 // ---- The partition.
 
-// Where a vector's lanes go: those of the mask to the right, the others to the left.
-struct Parts {
-  double* left;
-  double* right;
-
-  void Take(Vector v, __mmask8 toTheRight, __mmask8 valid) {
-    const auto toTheLeft = static_cast<__mmask8>(valid & ~toTheRight);
-    _mm512_storeu_pd(left, _mm512_maskz_compress_pd(toTheLeft, v));
-    _mm512_storeu_pd(right, _mm512_maskz_compress_pd(toTheRight, v));
-    left += _mm_popcnt_u32(toTheLeft);
-    right += _mm_popcnt_u32(toTheRight);
-  }
+// For each mask the lanes that are not in it, then those that are.
+struct LaneOrders {
+  unsigned char lanes[256][kLanes];
 };
 
-// Moves the numbers above the pivot, or those not below it, behind the others; how
-// many are not moved.  The left part is written over what has been read already; the
-// right one gathers in `spare`.
-template <int kComparison>
-std::size_t Partition(double* values, double* spare, std::size_t count, double pivot) {
-  const Vector pivots = _mm512_set1_pd(pivot);
-  Parts parts{values, spare};
-  std::size_t i = 0;
-  for (; i + kLanes <= count; i += kLanes) {
-    const Vector v = _mm512_loadu_pd(values + i);
-    parts.Take(v, _mm512_cmp_pd_mask(v, pivots, kComparison), 0xff);
+constexpr LaneOrders OrderLanes() {
+  LaneOrders orders{};
+  for (unsigned int mask = 0; mask < 256; ++mask) {
+    unsigned char* next = orders.lanes[mask];
+    for (unsigned int side = 0; side < 2; ++side) {
+      for (unsigned char lane = 0; lane < kLanes; ++lane) {
+        if ((mask >> lane & 1U) == side) *next++ = lane;
+      }
+    }
   }
-  if (i < count) {
+  return orders;
+}
+
+constexpr LaneOrders kLaneOrders = OrderLanes();
+
+Vector MoveMaskedLast(Vector v, __mmask8 mask) {
+  const __m128i lanes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kLaneOrders.lanes[mask]));
+  return _mm512_permutexvar_pd(_mm512_cvtepu8_epi64(lanes), v);
+}
+
+// Moves the numbers to `to`, those above the pivot, or those not below it, behind the
+// others; how many are before.
+template <int kComparison>
+std::size_t Partition(const double* from, double* to, std::size_t count, double pivot) {
+  const Vector pivots = _mm512_set1_pd(pivot);
+  double* left = to;
+  double* right = to + count;
+  std::size_t i = 0;
+  // While there is room for two vectors between the sides, a whole one can be stored on
+  // each: what of it belongs to the other side is written over later.
+  for (; i + 2 * kLanes <= count; i += kLanes) {
+    Vector v = _mm512_loadu_pd(from + i);
+    const __mmask8 toTheRight = _mm512_cmp_pd_mask(v, pivots, kComparison);
+    v = MoveMaskedLast(v, toTheRight);
+    _mm512_storeu_pd(left, v);
+    _mm512_storeu_pd(right - kLanes, v);
+    const auto moved = static_cast<std::size_t>(_mm_popcnt_u32(toTheRight));
+    left += kLanes - moved;
+    right -= moved;
+  }
+  for (; i < count; i += kLanes) {
     const __mmask8 valid = FirstLanes(count - i);
-    const Vector v = Load(values + i, count - i);
+    const Vector v = Load(from + i, count - i);
     const __mmask8 toTheRight = _mm512_mask_cmp_pd_mask(valid, v, pivots, kComparison);
     const auto toTheLeft = static_cast<__mmask8>(valid & ~toTheRight);
-    _mm512_mask_compressstoreu_pd(parts.left, toTheLeft, v);
-    _mm512_mask_compressstoreu_pd(parts.right, toTheRight, v);
-    parts.left += _mm_popcnt_u32(toTheLeft);
+    _mm512_mask_compressstoreu_pd(left, toTheLeft, v);
+    left += _mm_popcnt_u32(toTheLeft);
+    right -= _mm_popcnt_u32(toTheRight);
+    _mm512_mask_compressstoreu_pd(right, toTheRight, v);
   }
-  const auto left = static_cast<std::size_t>(parts.left - values);
-  __builtin_memcpy(parts.left, spare, (count - left) * sizeof(double));
-  return left;
+  return static_cast<std::size_t>(left - to);
 }
 
 // The median of a sample taken at even distances.
@@ -179,36 +198,80 @@ double ChoosePivot(const double* values, std::size_t count) {
   const std::size_t size = count < 4096 ? 16 : kFewNumbers / 2;
   const std::size_t distance = count / size;
   for (std::size_t i = 0; i < size; ++i) sample[i] = values[i * distance + distance / 2];
-  SortFew(sample, size);
+  SortFew(sample, sample, size);
   return sample[size / 2];
 }
 
-bool Sort(double* values, double* spare, std::size_t count, int depthLeft) {
+// ---- The sort.
+
+// Moves a number down from the top of a heap, whose largest number is on top.
+void Sink(double* heap, std::size_t top, std::size_t count) {
+  const double number = heap[top];
+  for (std::size_t child = 2 * top + 1; child < count; child = 2 * top + 1) {
+    if (child + 1 < count && heap[child] < heap[child + 1]) ++child;
+    if (!(number < heap[child])) break;
+    heap[top] = heap[child];
+    top = child;
+  }
+  heap[top] = number;
+}
+
+// Heapsort (J. W. J. Williams, 1964), which no input makes slow.
+void SortByHeap(double* values, std::size_t count) {
+  for (std::size_t top = count / 2; top-- > 0;) Sink(values, top, count);
+  for (std::size_t last = count; last-- > 1;) {
+    const double largest = values[0];
+    values[0] = values[last];
+    values[last] = largest;
+    Sink(values, 0, last);
+  }
+}
+
+// Sorts what is in `numbers`, where it is or to `other`.  Each partition moves the
+// numbers from the one to the other.
+void Sort(double* numbers, double* other, std::size_t count, bool toOther, int levelsLeft) {
   while (count > kFewNumbers) {
-    if (depthLeft-- == 0) return false;
-    const double pivot = ChoosePivot(values, count);
-    std::size_t left = Partition<_CMP_GE_OQ>(values, spare, count, pivot);
-    if (left == 0) {
-      // The pivot is the least number, and perhaps a frequent one.
-      left = Partition<_CMP_GT_OQ>(values, spare, count, pivot);
-    } else if (!Sort(values, spare, left, depthLeft)) {
-      return false;
+    if (levelsLeft-- == 0) {
+      SortByHeap(numbers, count);
+      if (toOther) __builtin_memcpy(other, numbers, count * sizeof(double));
+      return;
     }
-    values += left;
+    const double pivot = ChoosePivot(numbers, count);
+    std::size_t left = Partition<_CMP_GE_OQ>(numbers, other, count, pivot);
+    double* const moved = other;
+    other = numbers;
+    numbers = moved;
+    toOther = !toOther;
+    if (left > 0) {
+      Sort(numbers, other, left, toOther, levelsLeft);
+    } else {
+      // The pivot is the least number, and perhaps a frequent one.
+      left = Partition<_CMP_GT_OQ>(numbers, other, count, pivot);
+      double* const sorted = toOther ? other : numbers;
+      for (std::size_t i = 0; i < left; ++i) sorted[i] = pivot;
+      numbers = other;
+      other = moved;
+      toOther = !toOther;
+    }
+    numbers += left;
+    other += left;
     count -= left;
   }
-  SortFew(values, count);
-  return true;
+  SortFew(numbers, toOther ? other : numbers, count);
 }
 
 }  // namespace
 
 bool CanSortByVector() { return __builtin_cpu_supports("avx512f") != 0; }
 
-bool SortByVector(double* values, double* spare, std::size_t count) {
-  int depth = 8;  // twice the logarithm, and some more
-  for (std::size_t n = count; n > 0; n /= 2) depth += 2;
-  return Sort(values, spare, count, depth);
+void SortByVector(double* values, double* spare, std::size_t count) {
+  int levels = 8;  // twice the logarithm, and some more
+  for (std::size_t n = count; n > 0; n /= 2) levels += 2;
+  SortByVector(values, spare, count, levels);
+}
+
+void SortByVector(double* values, double* spare, std::size_t count, int mostLevels) {
+  Sort(values, spare, count, false, mostLevels);
 }
 
 }  // namespace TQBinning
@@ -220,7 +283,8 @@ bool SortByVector(double* values, double* spare, std::size_t count) {
 namespace TQBinning {
 
 bool CanSortByVector() { return false; }
-bool SortByVector(double*, double*, std::size_t) { return false; }
+void SortByVector(double*, double*, std::size_t) {}
+void SortByVector(double*, double*, std::size_t, int) {}
 
 }  // namespace TQBinning
 

@@ -7,13 +7,12 @@ namespace TQBinning {
 // Whether this processor has the instructions that SortByVector needs.
 bool CanSortByVector();
 
-// Doubles that SortByVector may write to beyond the end of `spare`.
-constexpr std::size_t kVectorSortSlack = 8;
-
 // Sorts numbers ascending; there is no NaN among them, and no negative zero.
-// `spare` has room for `count` + kVectorSortSlack numbers.  False when the input
-// defeats it, so that it would take more than n log n steps: `values` then holds the
-// same numbers in some order.
-bool SortByVector(double* values, double* spare, std::size_t count);
+// `spare` has room for `count` numbers.
+void SortByVector(double* values, double* spare, std::size_t count);
+
+// The same with a limit on partitions within partitions; beyond it numbers are sorted by
+// a heap.  The one above chooses a limit that only data made to defeat it reach.
+void SortByVector(double* values, double* spare, std::size_t count, int mostLevels);
 
 }  // namespace TQBinning

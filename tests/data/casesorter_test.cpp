@@ -113,19 +113,6 @@ TEST_P(CaseSorting, UnsupervisedTuplesOfOneValueEndInTheOrderOfTheirWeights) {
   }
 }
 
-TEST(CaseSorter, NumbersThatDefeatTheVectorSortEndInTheirOrderAllTheSame) {
-  const std::vector<double> values = NumbersThatDefeatMedians(3000);
-  SortMemory memory;
-  CaseSorter sorter(memory, values.size());
-  {
-    CaseSorter::Intake intake(sorter);
-    for (const double value : values) intake.Add(value, 4, 2.0);
-  }
-  std::vector<BINDataTuple> tuples(values.size());
-  EXPECT_EQ(3000U, sorter.Sort(std::span(tuples)));
-  for (std::size_t i = 0; i < tuples.size(); ++i) ASSERT_EQ(double(i), tuples[i].value);
-}
-
 // From few enough values to count to some more, with one kind and with so many that the
 // counters would not fit.
 TEST_P(CaseSorting, HoweverManyDistinctValuesThereAre) {

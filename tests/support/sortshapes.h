@@ -1,13 +1,11 @@
 #pragma once
 
-#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <limits>
-#include <numeric>
 #include <vector>
 
 #include "support/random.h"
@@ -55,32 +53,6 @@ inline const std::vector<NamedShape>& Shapes() {
       {"all equal", [](Random&, auto, auto) { return 3.5; }},
   };
   return shapes;
-}
-
-// Numbers for a quicksort that takes the median of 16 evenly spaced ones: those are
-// always among the least, so that each partition splits off a handful.
-inline std::vector<double> NumbersThatDefeatMedians(std::size_t n) {
-  constexpr std::size_t kSample = 16;
-  const double undecided = std::numeric_limits<double>::infinity();
-  std::vector<double> values(n, undecided);
-  std::vector<std::size_t> rest(n);
-  std::iota(rest.begin(), rest.end(), std::size_t{0});
-  double next = 0.0;
-  while (rest.size() > 128) {
-    const std::size_t distance = rest.size() / kSample;
-    std::vector<double> sample;
-    for (std::size_t k = 0; k < kSample; ++k) {
-      double& value = values[rest[k * distance + distance / 2]];
-      if (value == undecided) value = next++;
-      sample.push_back(value);
-    }
-    std::sort(sample.begin(), sample.end());
-    std::erase_if(rest, [&](std::size_t i) { return values[i] < sample[kSample / 2]; });
-  }
-  for (double& value : values) {
-    if (value == undecided) value = next++;
-  }
-  return values;
 }
 
 }  // namespace TQBinning
