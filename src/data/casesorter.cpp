@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "data/radixsort.h"
+#include "data/tuplesort.h"
 #include "data/vectorsort.h"
 
 namespace TQBinning {
@@ -29,40 +30,42 @@ struct Cases {
   std::size_t Count() const { return static_cast<std::size_t>(valueEnd - value); }
 };
 
-// Merges two runs; of equal values those of the first come first.  Without a branch
-// on the comparison, which no processor can foretell, and from both ends at once,
-// since each end has to wait for its own last comparison only.
-void Merge(Cases a, Cases b, double* values, unsigned char* kinds) {
-  std::size_t count = a.Count() + b.Count();
+// Merges two runs; of equal values those of the first come first.  `put(i, value, kind)`
+// takes case i of the merged ones.  Without a branch on the comparison, which no
+// processor can foretell, and from both ends at once, since each end has to wait for
+// its own last comparison only.
+template <typename Put>
+void Merge(Cases a, Cases b, Put put) {
+  std::size_t first = 0;
+  std::size_t end = a.Count() + b.Count();
   for (;;) {
     const std::size_t steps = std::min(a.Count(), b.Count()) / 2;
     if (steps == 0) break;
     for (std::size_t s = 0; s < steps; ++s) {
       const bool takesB = *b.value < *a.value;
-      values[s] = takesB ? *b.value : *a.value;
-      kinds[s] = takesB ? *b.kind : *a.kind;
+      put(first + s, takesB ? *b.value : *a.value, takesB ? *b.kind : *a.kind);
       a.value += !takesB;
       a.kind += !takesB;
       b.value += takesB;
       b.kind += takesB;
 
       const bool leavesB = b.valueEnd[-1] < a.valueEnd[-1];
-      values[count - 1 - s] = leavesB ? a.valueEnd[-1] : b.valueEnd[-1];
-      kinds[count - 1 - s] = leavesB ? a.kindEnd[-1] : b.kindEnd[-1];
+      put(end - 1 - s, leavesB ? a.valueEnd[-1] : b.valueEnd[-1],
+          leavesB ? a.kindEnd[-1] : b.kindEnd[-1]);
       a.valueEnd -= leavesB;
       a.kindEnd -= leavesB;
       b.valueEnd -= !leavesB;
       b.kindEnd -= !leavesB;
     }
-    values += steps;
-    kinds += steps;
-    count -= 2 * steps;
+    first += steps;
+    end -= steps;
   }
-  while (count-- > 0) {
-    const bool takesB = a.Count() == 0 || (b.Count() > 0 && *b.value < *a.value);
-    Cases& from = takesB ? b : a;
-    *values++ = *from.value++;
-    *kinds++ = *from.kind++;
+  while (a.Count() > 0 && b.Count() > 0) {
+    Cases& from = *b.value < *a.value ? b : a;
+    put(first++, *from.value++, *from.kind++);
+  }
+  for (Cases& rest = a.Count() > 0 ? a : b; first < end; ++first) {
+    put(first, *rest.value++, *rest.kind++);
   }
 }
 
@@ -164,111 +167,190 @@ bool CaseSorter::SortByCounting() {
   return true;
 }
 
-// Moves the cases of each kind together, kinds in the order of their weights: where
-// each kind's cases end.
-std::vector<std::size_t> CaseSorter::SplitByKind() {
-  if (fPlaces.size() == 1) return {fCount};
-  const std::vector<unsigned char> order = KindsByWeight();
-  std::array<std::size_t, kMostKinds + 1> next{};
-  const unsigned char* const kinds = fMemory.kinds[0].get();
-  for (std::size_t i = 0; i < fCount; ++i) ++next[kinds[i]];
+// As many ranges of about equally many cases as have kRangeCases at least, judged by a
+// sample at even distances.
+NumberRanges CaseSorter::ChooseRanges(std::size_t kinds) const {
+  NumberRanges ranges;
+  while (ranges.levels < NumberRanges::kMostLevels &&
+         (kinds << (ranges.levels + 1)) <= kMostParts &&
+         (fCount >> (ranges.levels + 1)) >= kRangeCases) {
+    ++ranges.levels;
+  }
+  constexpr std::size_t kSample = 1024;
+  const double* const values = fMemory.values[0].get();
+  std::vector<double> sample;
+  for (std::size_t i = 0; i < kSample; ++i) sample.push_back(values[i * (fCount / kSample)]);
+  std::sort(sample.begin(), sample.end());
+  for (int level = 0; level < ranges.levels; ++level) {
+    const std::size_t width = kSample >> level;
+    for (std::size_t i = 0; i < kSample / width; ++i) {
+      ranges.splitters[level][i] = sample[i * width + width / 2];
+    }
+  }
+  return ranges;
+}
+
+// Moves the cases of each range and kind together, ranges ascending and within them kinds
+// in the order given: where each part ends.
+std::vector<std::size_t> CaseSorter::Split(const NumberRanges& ranges,
+                                           const std::vector<unsigned char>& kinds) {
+  const std::size_t countOfKinds = kinds.size();
+  const std::size_t parts = countOfKinds << ranges.levels;
+  if (parts == 1) return {fCount};
+  std::array<unsigned char, kMostKinds + 1> placeOf{};
+  for (std::size_t k = 0; k < countOfKinds; ++k) placeOf[kinds[k]] = static_cast<unsigned char>(k);
+  unsigned char* partOf = fMemory.kinds[0].get();  // where the kinds were
+  unsigned char* rangeOf = fMemory.kinds[1].get();
+  const double* const values = fMemory.values[0].get();
+  const std::size_t count = fCount;
+  if (ranges.levels > 0) {
+    FindRanges(ranges, values, count, rangeOf);
+  } else {
+    std::fill_n(rangeOf, count, static_cast<unsigned char>(0));
+  }
+  if (countOfKinds == 1) {
+    std::swap(partOf, rangeOf);
+  } else {
+    for (std::size_t i = 0; i < count; ++i) {
+      partOf[i] = static_cast<unsigned char>(rangeOf[i] * countOfKinds + placeOf[partOf[i]]);
+    }
+  }
+  std::array<std::size_t, kMostParts> next{};
+  for (std::size_t i = 0; i < count; ++i) ++next[partOf[i]];
   std::vector<std::size_t> ends;
   std::size_t start = 0;
-  for (const unsigned char kind : order) {
-    start += std::exchange(next[kind], start);
+  for (std::size_t part = 0; part < parts; ++part) {
+    start += std::exchange(next[part], start);
     ends.push_back(start);
   }
 
-  const double* const values = fMemory.values[0].get();
   double* const split = fMemory.values[1].get();
-  for (std::size_t i = 0; i < fCount; ++i) split[next[kinds[i]]++] = values[i];
-  unsigned char* kind = fMemory.kinds[1].get();
-  for (std::size_t k = 0; k < ends.size(); ++k) {
-    unsigned char* const end = fMemory.kinds[1].get() + ends[k];
-    std::fill(kind, end, order[k]);
-    kind = end;
-  }
+  for (std::size_t i = 0; i < count; ++i) split[next[partOf[i]]++] = values[i];
   fMemory.values[0].swap(fMemory.values[1]);
-  fMemory.kinds[0].swap(fMemory.kinds[1]);
   return ends;
 }
 
-void CaseSorter::MergeRuns(std::vector<std::size_t> runEnds) {
-  const auto run = [this](std::size_t first, std::size_t end) {
-    const double* const values = fMemory.values[0].get();
-    const unsigned char* const kinds = fMemory.kinds[0].get();
-    return Cases{values + first, values + end, kinds + first, kinds + end};
+// What the kinds stand for.
+struct CaseSorter::KindMeanings {
+  explicit KindMeanings(const std::vector<std::size_t>& places) {
+    for (std::size_t k = 0; k < places.size(); ++k) {
+      weightOf[k + 1] = static_cast<double>(places[k] % kWeights);
+      targetOf[k + 1] = static_cast<unsigned char>(places[k] / kWeights);
+    }
+  }
+
+  template <typename Tuple>
+  void Put(Tuple& tuple, double value, std::size_t kind) const {
+    tuple.value = value;
+    tuple.weight = weightOf[kind];
+    if constexpr (requires { tuple.target; }) tuple.target = targetOf[kind];
+  }
+
+  std::array<double, kMostKinds + 1> weightOf;
+  std::array<unsigned char, kMostKinds + 1> targetOf;
+};
+
+// Sorts the values of one range, whose parts are one for each kind, and merges them into
+// tuples.  Every range uses the same working memory, which so stays in the cache.
+template <typename Tuple>
+void CaseSorter::SortRange(double* values, std::vector<std::size_t> ends,
+                           const std::vector<unsigned char>& kinds, const KindMeanings& meanings,
+                           Tuple* tuples) {
+  double* otherValues = fMemory.values[1].get();
+  unsigned char* kindOf = fMemory.kinds[0].get();
+  unsigned char* otherKindOf = fMemory.kinds[1].get();
+  const auto run = [&](std::size_t first, std::size_t end) {
+    return Cases{values + first, values + end, kindOf + first, kindOf + end};
   };
-  while (runEnds.size() > 1) {
+  std::size_t first = 0;
+  for (std::size_t k = 0; k < ends.size(); ++k) {
+    SortByVector(values + first, otherValues, ends[k] - first);
+    std::fill(kindOf + first, kindOf + ends[k], kinds[k]);
+    first = ends[k];
+  }
+  while (ends.size() > 2) {
     std::vector<std::size_t> mergedEnds;
-    std::size_t first = 0;
-    for (std::size_t r = 0; r < runEnds.size(); r += 2) {
-      const std::size_t middle = runEnds[r];
-      const std::size_t end = r + 1 < runEnds.size() ? runEnds[r + 1] : middle;
-      Merge(run(first, middle), run(middle, end), fMemory.values[1].get() + first,
-            fMemory.kinds[1].get() + first);
+    first = 0;
+    for (std::size_t r = 0; r < ends.size(); r += 2) {
+      const std::size_t end = r + 1 < ends.size() ? ends[r + 1] : ends[r];
+      Merge(run(first, ends[r]), run(ends[r], end),
+            [toValues = otherValues + first, toKinds = otherKindOf + first](
+                std::size_t i, double value, unsigned char kind) {
+              toValues[i] = value;
+              toKinds[i] = kind;
+            });
       mergedEnds.push_back(end);
       first = end;
     }
-    fMemory.values[0].swap(fMemory.values[1]);
-    fMemory.kinds[0].swap(fMemory.kinds[1]);
-    runEnds.swap(mergedEnds);
+    std::swap(values, otherValues);
+    std::swap(kindOf, otherKindOf);
+    ends.swap(mergedEnds);
   }
+  Merge(run(0, ends.front()), run(ends.front(), ends.back()),
+        [&meanings, tuples](std::size_t i, double value, unsigned char kind) {
+          meanings.Put(tuples[i], value, kind);
+        });
 }
 
-void CaseSorter::SortValues(bool weightOrdersTies) {
-  if (fIsSorted && (fPlaces.size() <= 1 || !weightOrdersTies)) return;
-  if (fCount >= kManyCases && SortByCounting()) return;
-  const std::vector<std::size_t> runEnds = SplitByKind();
-  if (fPlaces.size() <= kFewKinds && CanSortByVector()) {
-    std::size_t first = 0;
-    for (const std::size_t end : runEnds) {
-      SortByVector(fMemory.values[0].get() + first, fMemory.values[1].get(), end - first);
-      first = end;
-    }
-    MergeRuns(runEnds);
-  } else {
-    RadixSorter<unsigned char> sorter(fMemory.values[0].get(), fMemory.values[1].get(),
-                                      fMemory.kinds[0].get(), fMemory.kinds[1].get(), fCount);
-    sorter.Sort();
-    if (sorter.Values() != fMemory.values[0].get()) {
-      fMemory.values[0].swap(fMemory.values[1]);
-      fMemory.kinds[0].swap(fMemory.kinds[1]);
-    }
+// Range by range, since what fits into a cache is sorted, merged and handed out in half
+// the time.
+template <typename Tuple>
+unsigned int CaseSorter::SortByRanges(std::span<Tuple> tuples) {
+  const KindMeanings meanings(fPlaces);
+  const std::vector<unsigned char> kinds = KindsByWeight();
+  const std::vector<std::size_t> ends = Split(ChooseRanges(kinds.size()), kinds);
+  unsigned int distinct = 0;
+  std::size_t first = 0;
+  for (auto end = ends.begin(); end != ends.end();) {
+    std::vector<std::size_t> rangeEnds;
+    for (std::size_t k = 0; k < kinds.size(); ++k) rangeEnds.push_back(*end++ - first);
+    const std::span<Tuple> range = tuples.subspan(first, rangeEnds.back());
+    SortRange(fMemory.values[0].get() + first, rangeEnds, kinds, meanings, range.data());
+    distinct += CountDistinct(std::span<const Tuple>(range));
+    first += range.size();
+  }
+  return distinct;
+}
+
+// Stable, and so kinds of equal values end in their order.
+void CaseSorter::SortByRadix() {
+  const std::vector<unsigned char> kinds = KindsByWeight();
+  const std::vector<std::size_t> ends = Split(NumberRanges{}, kinds);
+  unsigned char* kind = fMemory.kinds[0].get();
+  for (std::size_t k = 0; k < ends.size(); ++k) {
+    unsigned char* const end = fMemory.kinds[0].get() + ends[k];
+    std::fill(kind, end, kinds[k]);
+    kind = end;
+  }
+  RadixSorter<unsigned char> sorter(fMemory.values[0].get(), fMemory.values[1].get(),
+                                    fMemory.kinds[0].get(), fMemory.kinds[1].get(), fCount);
+  sorter.Sort();
+  if (sorter.Values() != fMemory.values[0].get()) {
+    fMemory.values[0].swap(fMemory.values[1]);
+    fMemory.kinds[0].swap(fMemory.kinds[1]);
   }
 }
 
 template <typename Tuple>
 unsigned int CaseSorter::HandOut(std::span<Tuple> tuples) const {
-  std::array<double, kMostKinds + 1> weightOf;
-  std::array<unsigned char, kMostKinds + 1> targetOf;
-  for (std::size_t k = 0; k < fPlaces.size(); ++k) {
-    weightOf[k + 1] = static_cast<double>(fPlaces[k] % kWeights);
-    targetOf[k + 1] = static_cast<unsigned char>(fPlaces[k] / kWeights);
-  }
+  const KindMeanings meanings(fPlaces);
   const double* const values = fMemory.values[0].get();
   const unsigned char* const kinds = fMemory.kinds[0].get();
-  const bool hasOneKind = fPlaces.size() == 1;
-  for (std::size_t i = 0; i < fCount; ++i) {
-    const std::size_t kind = hasOneKind ? 1 : kinds[i];
-    Tuple& tuple = tuples[i];
-    tuple.value = values[i];
-    tuple.weight = weightOf[kind];
-    if constexpr (requires { tuple.target; }) tuple.target = targetOf[kind];
-  }
-  unsigned int distinct = fCount > 0 ? 1 : 0;
-  for (std::size_t i = 1; i < fCount; ++i) distinct += values[i] != values[i - 1] ? 1U : 0U;
-  return distinct;
+  for (std::size_t i = 0; i < fCount; ++i) meanings.Put(tuples[i], values[i], kinds[i]);
+  return CountDistinct(std::span<const Tuple>(tuples.first(fCount)));
 }
 
-unsigned int CaseSorter::Sort(std::span<BINDataTuple> tuples) {
-  SortValues(false);
+template <typename Tuple>
+unsigned int CaseSorter::SortTuples(std::span<Tuple> tuples, bool weightOrdersTies) {
+  const bool isSorted = fIsSorted && (fPlaces.size() <= 1 || !weightOrdersTies);
+  if (isSorted || (fCount >= kManyCases && SortByCounting())) return HandOut(tuples);
+  if (fPlaces.size() <= kFewKinds && CanSortByVector()) return SortByRanges(tuples);
+  SortByRadix();
   return HandOut(tuples);
 }
 
-unsigned int CaseSorter::Sort(std::span<EFBINDataTuple> tuples) {
-  SortValues(true);
-  return HandOut(tuples);
-}
+unsigned int CaseSorter::Sort(std::span<BINDataTuple> tuples) { return SortTuples(tuples, false); }
+
+unsigned int CaseSorter::Sort(std::span<EFBINDataTuple> tuples) { return SortTuples(tuples, true); }
 
 }  // namespace TQBinning

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "data/sortmemory.h"
+#include "data/vectorsort.h"
 #include "tqbinning/bindatatuple.h"
 
 namespace TQBinning {
@@ -81,16 +82,31 @@ class CaseSorter {
   static constexpr unsigned int kWeights = 256;  // weights below are small
   // Up to so many kinds, sorting each and merging is faster than the radix sort.
   static constexpr std::size_t kFewKinds = 16;
+  // Cases of a range and kind, numbered in a byte.
+  static constexpr std::size_t kMostParts = 256;
+  // Ranges with fewer cases would be no faster.
+  static constexpr std::size_t kRangeCases = 16384;
+
+  struct KindMeanings;
 
   unsigned char NewKind(std::size_t place);
 
-  void SortValues(bool weightOrdersTies);
   std::vector<unsigned char> KindsByWeight() const;
   bool SortByCounting();
-  std::vector<std::size_t> SplitByKind();
-  void MergeRuns(std::vector<std::size_t> runEnds);
+  NumberRanges ChooseRanges(std::size_t kinds) const;
+  std::vector<std::size_t> Split(const NumberRanges& ranges,
+                                 const std::vector<unsigned char>& kinds);
+  template <typename Tuple>
+  void SortRange(double* values, std::vector<std::size_t> ends,
+                 const std::vector<unsigned char>& kinds, const KindMeanings& meanings,
+                 Tuple* tuples);
+  template <typename Tuple>
+  unsigned int SortByRanges(std::span<Tuple> tuples);
+  void SortByRadix();
   template <typename Tuple>
   unsigned int HandOut(std::span<Tuple> tuples) const;
+  template <typename Tuple>
+  unsigned int SortTuples(std::span<Tuple> tuples, bool weightOrdersTies);
 
   SortMemory& fMemory;
   std::size_t fCount = 0;

@@ -260,6 +260,21 @@ void Sort(double* numbers, double* other, std::size_t count, bool toOther, int l
   SortFew(numbers, toOther ? other : numbers, count);
 }
 
+// ---- The ranges.
+
+__m512i RangesOf(const NumberRanges& ranges, Vector v) {
+  __m512i range = _mm512_setzero_si512();
+  for (int level = 0; level < ranges.levels; ++level) {
+    const double* const splitters = ranges.splitters[level];
+    const Vector splitter = _mm512_permutex2var_pd(_mm512_loadu_pd(splitters), range,
+                                                   _mm512_loadu_pd(splitters + kLanes));
+    const __mmask8 toTheRight = _mm512_cmp_pd_mask(v, splitter, _CMP_GE_OQ);
+    range = _mm512_add_epi64(range, range);
+    range = _mm512_mask_add_epi64(range, toTheRight, range, _mm512_set1_epi64(1));
+  }
+  return range;
+}
+
 }  // namespace
 
 bool CanSortByVector() { return __builtin_cpu_supports("avx512f") != 0; }
@@ -274,6 +289,15 @@ void SortByVector(double* values, double* spare, std::size_t count, int mostLeve
   Sort(values, spare, count, false, mostLevels);
 }
 
+void FindRanges(const NumberRanges& ranges, const double* values, std::size_t count,
+                unsigned char* rangeOf) {
+  for (std::size_t i = 0; i < count; i += kLanes) {
+    const std::size_t lanes = count - i;
+    _mm512_mask_cvtepi64_storeu_epi8(rangeOf + i, FirstLanes(lanes),
+                                     RangesOf(ranges, Load(values + i, lanes)));
+  }
+}
+
 }  // namespace TQBinning
 
 #undef TQ_INLINE
@@ -285,6 +309,7 @@ namespace TQBinning {
 bool CanSortByVector() { return false; }
 void SortByVector(double*, double*, std::size_t) {}
 void SortByVector(double*, double*, std::size_t, int) {}
+void FindRanges(const NumberRanges&, const double*, std::size_t, unsigned char*) {}
 
 }  // namespace TQBinning
 

@@ -113,6 +113,30 @@ TEST_P(CaseSorting, UnsupervisedTuplesOfOneValueEndInTheOrderOfTheirWeights) {
   }
 }
 
+// Many cases are split into ranges of values: two and four of them.
+TEST_P(CaseSorting, ManyCasesEndInTheSameOrder) {
+  SortMemory memory;
+  const NamedShape shapes[] = {
+      {"distinct", [](Random& r, auto, auto) { return double(r.Next() >> 11); }},
+      {"tied", [](Random& r, auto, auto) { return double(r.Below(5000)); }},
+      {"one heavy value",
+       [](Random& r, std::size_t i, auto) { return i % 3 == 0 ? double(r.Below(9999)) : 5e3; }}};
+  for (const NamedShape& shape : shapes) {
+    for (const std::size_t n : {33000u, 70000u}) {
+      SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " cases");
+      const std::vector<BINDataTuple> cases = CasesOf(shape, n);
+      std::vector<EFBINDataTuple> expected;
+      for (const BINDataTuple& c : cases) expected.push_back({c.value, c.weight});
+      OrderByAll(expected);
+      unsigned int distinct = 0;
+      ExpectEqual(expected, Sorted<EFBINDataTuple>(cases, memory, distinct));
+      unsigned int count = 1;
+      for (std::size_t i = 1; i < n; ++i) count += expected[i - 1].value < expected[i].value;
+      EXPECT_EQ(count, distinct);
+    }
+  }
+}
+
 // From few enough values to count to some more, with one kind and with so many that the
 // counters would not fit.
 TEST_P(CaseSorting, HoweverManyDistinctValuesThereAre) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
@@ -55,6 +56,30 @@ TEST_P(VectorSort, NumbersThatDefeatThePivotsAreSortedByAHeap) {
     std::vector<double> values = numbers;
     SortByVector(values.data(), spare.data(), values.size(), levels);
     EXPECT_EQ(expected, values);
+  }
+}
+
+// A number's range is the number of splitters that it does not lie below.
+TEST(NumberRanges, EachNumberIsFoundInItsRange) {
+  if (!CanSortByVector()) GTEST_SKIP() << "this processor never runs it";
+  for (int levels = 0; levels <= NumberRanges::kMostLevels; ++levels) {
+    NumberRanges ranges;
+    ranges.levels = levels;
+    const int parts = 1 << levels;  // the splitters are 1, 2, ... parts - 1
+    for (int level = 0; level < levels; ++level) {
+      const int width = parts >> level;
+      for (int i = 0; i < 1 << level; ++i) ranges.splitters[level][i] = i * width + width / 2;
+    }
+    std::vector<double> values{-std::numeric_limits<double>::infinity(), -1.0, 0.0, 0.5};
+    for (int n = 1; n < 40; ++n) values.insert(values.end(), {double(n), n - 0.25});
+    values.push_back(std::numeric_limits<double>::infinity());
+    std::vector<unsigned char> rangeOf(values.size() + 1, 99);
+    FindRanges(ranges, values.data(), values.size(), rangeOf.data());
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      EXPECT_EQ(std::clamp(std::floor(values[i]), 0.0, parts - 1.0), double(rangeOf[i]))
+          << values[i] << " with " << levels << " levels";
+    }
+    EXPECT_EQ(99, rangeOf.back());
   }
 }
 
