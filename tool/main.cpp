@@ -30,6 +30,7 @@
 #include "model/modelwriter.h"
 #include "output/outputfile.h"
 #include "output/tablewriter.h"
+#include "report/report.h"
 #include "run/binningrun.h"
 
 namespace {
@@ -108,8 +109,13 @@ int Export(const ExportOptions& options) {
   return kDone;
 }
 
+int WritePage(const ModelOptions& options) {
+  WriteText(options.output, WriteReport(LoadModel(options.model)));
+  return kDone;
+}
+
 int Run(int argc, const char* const* argv) {
-  const Commands commands = {BinData, Apply, Show, Check, Export};
+  const Commands commands = {BinData, Apply, Show, Check, Export, WritePage};
   std::string answer;
   const std::function<int()> action = ParseCommandLine(argc, argv, commands, &answer);
   if (action != nullptr) return action();

@@ -17,14 +17,19 @@
 namespace TQTool {
 namespace {
 
+std::vector<std::string> CommandNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* const command : app.get_subcommands(nullptr)) {
+    names.push_back(command->get_name());
+  }
+  return names;
+}
+
 // "; did you mean ...?" for what resembles a name of the command, else nothing.
 std::string Suggestion(const std::string& wanted, const CLI::App& command) {
-  std::vector<std::string> names;
+  std::vector<std::string> names = CommandNames(command);
   for (const CLI::Option* const option : command.get_options()) {
     for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
-  }
-  for (const CLI::App* const child : command.get_subcommands(nullptr)) {
-    names.push_back(child->get_name());
   }
   const std::string* const nearest = NearestName(wanted, names);
   return nearest == nullptr ? "" : fmt::format("; did you mean {}?", *nearest);
@@ -43,7 +48,7 @@ std::string Suggestion(const std::string& wanted, const CLI::App& command) {
                           Suggestion(surplus.front(), command));
   } else if (chosen.empty()) {
     message =
-        "no command is named; expected supervised, equal-frequency, apply, show, check or export";
+        fmt::format("no command is named; expected one of {}", fmt::join(CommandNames(app), ", "));
   }
   std::replace(message.begin(), message.end(), '\n', ' ');
   throw ToolError(kUsage, fmt::format("{}; see {}", message, help));

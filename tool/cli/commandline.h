@@ -17,6 +17,7 @@ struct Commands {
   std::function<int(const ModelOptions&)> show;
   std::function<int(const ModelOptions&)> check;
   std::function<int(const ExportOptions&)> exportModel;
+  std::function<int(const ModelOptions&)> report;
 };
 
 // Reads the command line and gives what it asks for, to be run.  When it asks for a text

@@ -29,6 +29,9 @@ void AddModelCommands(CLI::App& app, const Commands& commands, Action& action) {
                           {{"table", OutputFormat::kTable}, {"json", OutputFormat::kJson}},
                           "table (default), or json: the model file as tqbin writes it");
   AddOutputOption(showCommand, show->output);
+  const auto report = AddModelCommand(
+      app, "report", "Writes an HTML page with charts of a model's bins.", commands.report, action);
+  AddOutputOption(*app.get_subcommand("report"), report->output);
   const auto check = AddModelCommand(
       app, "check", "Tells whether an edited model file is still good.", commands.check, action);
   app.get_subcommand("check")->add_flag("--strict", check->isStrict,

@@ -54,7 +54,8 @@ void MeasureEvents(const BinnedAttribute& attribute, double nonEvents, double ev
       with += kAddedToEmpty;
     }
     measured.weightOfEvidence = std::log((with / events) / (without / nonEvents));
-    measures.informationValue += (with / events - without / nonEvents) * measured.weightOfEvidence;
+    measured.informationValue = (with / events - without / nonEvents) * measured.weightOfEvidence;
+    measures.informationValue += measured.informationValue;
   }
 }
 

@@ -15,6 +15,7 @@ struct Measures {
   struct OfBin {
     double eventRate = TQMV::gMissingValue;  // not known for an empty bin
     double weightOfEvidence = 0.0;           // above 0: more events than on the whole
+    double informationValue = 0.0;           // what the bin adds to the column's
   };
   std::vector<OfBin> bins;        // empty for another number of categories
   double informationValue = 0.0;  // the sum over the bins

@@ -12,9 +12,9 @@ double Sum(double a, double b) {
   return a == TQMV::gMissingValue || b == TQMV::gMissingValue ? TQMV::gMissingValue : a + b;
 }
 
-Count Sum(const Count& a, const Count& b) { return {Sum(a.weight, b.weight), Sum(a.rows, b.rows)}; }
-
 }  // namespace
+
+Count Sum(const Count& a, const Count& b) { return {Sum(a.weight, b.weight), Sum(a.rows, b.rows)}; }
 
 Bin Sum(const Bin& a, const Bin& b) {
   Bin sum = {std::min(a.lower, b.lower), std::max(a.upper, b.upper), Sum(a.count, b.count), {}};
@@ -22,6 +22,15 @@ Bin Sum(const Bin& a, const Bin& b) {
     sum.categories.push_back(Sum(a.categories[c], b.categories.at(c)));
   }
   return sum;
+}
+
+Count MissingOf(const BinnedAttribute& attribute) {
+  const auto less = [](double all, double part) {
+    return all == TQMV::gMissingValue || part == TQMV::gMissingValue ? TQMV::gMissingValue
+                                                                     : all - part;
+  };
+  return {less(attribute.total.weight, attribute.valid.weight),
+          less(attribute.total.rows, attribute.valid.rows)};
 }
 
 bool FitCuts(const std::vector<Bin>& bins, const std::vector<double>& cuts) {

@@ -24,7 +24,7 @@ std::string DroppedText(const InputSummary& input) {
     if (count != 0) texts.push_back(fmt::format("{} {}", count, reason));
   }
   if (texts.empty()) return "";
-  return fmt::format("; left out: {}", fmt::join(texts, ", "));
+  return fmt::format("left out: {}", fmt::join(texts, ", "));
 }
 
 // "a, b, c".
@@ -68,21 +68,27 @@ std::string TitleOf(const Model& model) {
   return fmt::format("{}: {} binned by {}", names, columns, PrintableList(targets));
 }
 
-std::string RowsOf(const Model& model) {
-  const InputSummary& input = model.input;
-  std::string text = CountText(input.rows, "row");
-  if (!model.settings.weight.empty()) {
-    text += fmt::format(" of total weight {} by {}", WeightText(input.weight),
-                        Printable(model.settings.weight));
-    text += ScaleText(model.settings.weightScale);
-  }
-  text += DroppedText(input);
+std::string LeftOutOf(const Model& model) {
+  std::vector<std::string> texts;
+  const std::string dropped = DroppedText(model.input);
+  if (!dropped.empty()) texts.push_back(dropped);
   for (const Target& target : model.targets) {
     if (target.missingCases == 0) continue;
     const std::string which = model.targets.size() > 1 ? " " + Printable(target.name) : "";
-    text += fmt::format("; {} without target{}", target.missingCases, which);
+    texts.push_back(fmt::format("{} without target{}", target.missingCases, which));
   }
-  return text;
+  return fmt::format("{}", fmt::join(texts, "; "));
+}
+
+std::string RowsOf(const Model& model) {
+  std::string text = CountText(model.input.rows, "row");
+  if (!model.settings.weight.empty()) {
+    text += fmt::format(" of total weight {} by {}", WeightText(model.input.weight),
+                        Printable(model.settings.weight));
+    text += ScaleText(model.settings.weightScale);
+  }
+  const std::string leftOut = LeftOutOf(model);
+  return leftOut.empty() ? text : text + "; " + leftOut;
 }
 
 std::string NameOf(const BinnedAttribute& attribute, const Model& model) {

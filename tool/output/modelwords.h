@@ -23,6 +23,9 @@ std::string ShareText(double part, double whole);
 // What was binned, and by what.
 std::string TitleOf(const Model& model);
 
+// Why some rows did not count, or not for every target; "" when all did.
+std::string LeftOutOf(const Model& model);
+
 // How many rows were read, and why some did not count.
 std::string RowsOf(const Model& model);
 

@@ -61,7 +61,7 @@ std::string BinTable(const BinnedAttribute& attribute, const Model& model) {
   std::vector<std::string> total = {"total"};
   AppendWeights(attribute.valid.weight, WeightsOf(totals.categories), whole, total);
   grid.AddRow(total);
-  const double missing = whole - attribute.valid.weight;
+  const double missing = MissingOf(attribute).weight;
   if (missing > 0.0) {
     std::vector<std::string> cells = {"missing"};
     AppendWeights(missing, {}, whole, cells);
