@@ -80,6 +80,7 @@ figcaption { margin-top: .5rem; }
 .key { width: .8rem; height: .8rem; vertical-align: -.05rem; }
 .key rect { width: 100%; height: 100%; rx: 2px; stroke: var(--soft); stroke-width: .5; }
 .scroll { overflow: auto; }
+.scroll + .scroll { margin-top: 2rem; }
 .tall { max-height: 34rem; }
 table { border-collapse: collapse; font-size: .9rem; font-variant-numeric: tabular-nums;
   overflow-wrap: normal; min-width: min(100%, 34rem); }
@@ -130,6 +131,6 @@ footer { margin-top: 4rem; padding-top: 1rem; border-top: 1px solid var(--line);
 }
 )css";
 
-const char* const kStylesheetHash = "sha256-eC9m8EQ8LE1w5KRV06aJg8YRs/88JtYa3WWSqBKmX/I=";
+const char* const kStylesheetHash = "sha256-Q1JC2+spgNVojmVBbUKHj3aoGQsgRqCdO0psflU15h8=";
 
 }  // namespace TQTool
