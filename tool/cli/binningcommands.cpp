@@ -87,7 +87,7 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
   command
       .add_option("--temp-dir", options.tempDir,
                   "where the run's private temporary directory is made (default: TMPDIR, or "
-                  "/tmp); needs 8 bytes per row and column used")
+                  "/tmp); needs 8 bytes per row and column used, twice that with --weight")
       ->type_name("DIR");
   AddOutputOption(command, options.output);
   command.add_flag("--strict", options.isStrict,

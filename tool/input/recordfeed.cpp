@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "base/plaintext.h"
+#include "run/casespool.h"
 
 namespace TQTool {
 namespace {
@@ -173,6 +174,7 @@ void RecordFeed::Account(const TQCommon::Record& record, double weight) {
   if (weight == TQMV::gMissingValue) return;
   ++fFed.cases;
   fFed.weight += weight;
+  if (fSpool != nullptr) fSpool->Add(record);
   for (std::size_t t = 0; t < fFed.withoutTarget.size(); ++t) {
     if (record[TargetVariable(t)] == kNoCategory) ++fFed.withoutTarget[t];
   }

@@ -18,6 +18,8 @@
 
 namespace TQTool {
 
+class CaseSpool;
+
 // What was handed to the library, added up case by case as the library does, so
 // that its results can be held against it to the last bit.
 struct FedPair {
@@ -56,6 +58,9 @@ class RecordFeed : public TQCommon::RecordIterator {
   RecordFeed(Source& source, const Columns& columns, const MissingTokens& missing, BINVarList& list,
              WeightRule weightRule = {});
 
+  // Adds every case that counts to `spool` (borrowed); to be said before the first Next.
+  void KeepCasesIn(CaseSpool& spool) { fSpool = &spool; }
+
   bool HasMore() override { return !fIsDone; }
   const TQCommon::Record* Next() override {
     if (fPosition == fCount && !NextBlock()) return nullptr;
@@ -88,6 +93,7 @@ class RecordFeed : public TQCommon::RecordIterator {
   WeightRule fWeightRule;
   // The list's, per attribute: what is missing besides missing texts; null for nothing.
   std::vector<const BINNumericUserMissing*> fUserMissing;
+  CaseSpool* fSpool = nullptr;  // null when nobody wants the cases again
   int fRecordSize;
   std::string fCategory;
   FedData fFed;

@@ -14,12 +14,14 @@
 namespace TQTool {
 namespace {
 
-// The weights of a row of the table: of the bin, its share, of its categories.
-void AppendWeights(double weight, const std::vector<double>& classWeights, double whole,
-                   std::vector<std::string>& cells) {
-  cells.push_back(WeightText(weight));
-  cells.push_back(ShareText(weight, whole));
-  for (const double classWeight : classWeights) cells.push_back(WeightText(classWeight));
+// The counts of a row of the table: of the bin, its share, of its categories.  Where there
+// are weights, the rows stand beside them.
+void AppendCounts(const Count& count, const std::vector<Count>& categories, double whole,
+                  bool isWeighted, std::vector<std::string>& cells) {
+  cells.push_back(WeightText(count.weight));
+  if (isWeighted) cells.push_back(WeightText(count.rows));
+  cells.push_back(ShareText(count.weight, whole));
+  for (const Count& category : categories) cells.push_back(WeightText(category.weight));
 }
 
 // The event rate and the weight of evidence of a bin.
@@ -28,43 +30,41 @@ void AppendEvents(const Measures::OfBin& bin, std::vector<std::string>& cells) {
   cells.push_back(fmt::format("{:.3f}", bin.weightOfEvidence));
 }
 
-std::vector<double> WeightsOf(const std::vector<Count>& counts) {
-  std::vector<double> weights;
-  weights.reserve(counts.size());
-  for (const Count& count : counts) weights.push_back(count.weight);
-  return weights;
+std::vector<std::string> HeadingOf(const Target* target, bool isWeighted, bool hasEvents) {
+  std::vector<std::string> heading = {"bin"};
+  if (isWeighted) heading.push_back("weight");
+  heading.insert(heading.end(), {"rows", "share"});
+  if (target != nullptr) {
+    for (const std::string& category : target->categories) heading.push_back(Printable(category));
+  }
+  if (hasEvents) heading.insert(heading.end(), {"rate", "WoE"});
+  return heading;
 }
 
 std::string BinTable(const BinnedAttribute& attribute, const Model& model) {
   TextGrid grid;
-  std::vector<std::string> heading = {"bin", model.settings.weight.empty() ? "rows" : "weight",
-                                      "share"};
-  const Target* const target = model.TargetOf(attribute);
-  if (target != nullptr) {
-    for (const std::string& category : target->categories) heading.push_back(Printable(category));
-  }
+  const bool isWeighted = !model.settings.weight.empty();
   const std::optional<Measures> measures = MeasuresOf(attribute);
   const bool hasEvents = measures.has_value() && !measures->bins.empty();
-  if (hasEvents) heading.insert(heading.end(), {"rate", "WoE"});
-  grid.AddRow(heading);
+  grid.AddRow(HeadingOf(model.TargetOf(attribute), isWeighted, hasEvents));
 
   const double whole = attribute.total.weight;
   Bin totals;
   for (std::size_t b = 0; b < attribute.bins.size(); ++b) {
     const Bin& bin = attribute.bins[b];
     std::vector<std::string> cells = {Printable(LabelOf(attribute, b))};
-    AppendWeights(bin.count.weight, WeightsOf(bin.categories), whole, cells);
+    AppendCounts(bin.count, bin.categories, whole, isWeighted, cells);
     if (hasEvents) AppendEvents(measures->bins[b], cells);
     grid.AddRow(cells);
     totals = b == 0 ? bin : Sum(totals, bin);
   }
   std::vector<std::string> total = {"total"};
-  AppendWeights(attribute.valid.weight, WeightsOf(totals.categories), whole, total);
+  AppendCounts(attribute.valid, totals.categories, whole, isWeighted, total);
   grid.AddRow(total);
-  const double missing = MissingOf(attribute).weight;
-  if (missing > 0.0) {
+  const Count missing = MissingOf(attribute);
+  if (missing.weight > 0.0) {
     std::vector<std::string> cells = {"missing"};
-    AppendWeights(missing, {}, whole, cells);
+    AppendCounts(missing, {}, whole, isWeighted, cells);
     grid.AddRow(cells);
   }
   return grid.Print();

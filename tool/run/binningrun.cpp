@@ -2,6 +2,7 @@
 
 #include <ctime>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <fmt/chrono.h>
@@ -20,10 +21,12 @@
 #include "output/outputguard.h"
 #include "output/progressline.h"
 #include "run/arrivalcheck.h"
+#include "run/casespool.h"
 #include "run/categoryorder.h"
 #include "run/columns.h"
 #include "run/freespace.h"
 #include "run/resultcollector.h"
+#include "run/rowcount.h"
 #include "run/weightscale.h"
 
 namespace TQTool {
@@ -218,10 +221,15 @@ Model RunBinning(const Options& options) {
   const MissingTokens missing(options.settings.missingTokens);
   const Columns columns = ChooseColumns(table, options, missing);
   BINVarList list = MakeVarList(table, columns, options);
-  RecordFeed records(table, columns, missing, list, FindWeightRule(options, missing));
   const PrivateDirectory directory(options.tempDir.empty() ? PrivateDirectory::DefaultBase()
                                                            : options.tempDir);
-  CheckFreeSpace(directory.GetPath(), table.EstimateRows(), static_cast<std::size_t>(list.Size()));
+  const bool isWeighted = columns.weight.has_value();
+  CheckFreeSpace(directory.GetPath(), table.EstimateRows(),
+                 static_cast<std::size_t>(list.Size()) * (isWeighted ? 2 : 1));
+  std::optional<CaseSpool> cases;  // where rows and weights differ
+  if (isWeighted) cases.emplace(directory.GetPath(), list.Size());
+  RecordFeed records(table, columns, missing, list, FindWeightRule(options, missing));
+  if (cases.has_value()) records.KeepCasesIn(*cases);
   const Workplace work = {options, columns, list, records, directory, table.GetName()};
 
   Model model;
@@ -241,6 +249,7 @@ Model RunBinning(const Options& options) {
   CheckArrival(model.attributes, records.GetFedData());
   NoteLargeWeights(options.settings, records.GetFedData());
   Complete(options, model.attributes);
+  if (cases.has_value()) CountRows(*cases, columns, list, model.attributes);
   return model;
 }
 

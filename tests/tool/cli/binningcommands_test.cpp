@@ -219,9 +219,8 @@ TEST(Options, ScaledWeightsAreNotRoundedUnlessAskedFor) {
   const Options options = Supervised({"-w", "w", "--weight-scale", "mean"});
   EXPECT_EQ("mean", options.settings.weightScale);
   EXPECT_EQ("none", options.settings.weightRounding);
-  EXPECT_EQ("down",
-            Supervised({"-w", "w", "--weight-scale", "2.5", "--weight-rounding", "down"})
-                .settings.weightRounding);
+  EXPECT_EQ("down", Supervised({"-w", "w", "--weight-scale", "2.5", "--weight-rounding", "down"})
+                        .settings.weightRounding);
   for (const char* const scale : {"", "0", "-1", "inf", "nan", "Mean"}) {
     EXPECT_THAT(ErrorOfSupervised({"-w", "w", "--weight-scale", scale}),
                 HasSubstr("is neither mean nor a number above 0"));
