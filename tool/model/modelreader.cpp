@@ -72,11 +72,20 @@ InputSummary ReadInput(const JsonNode& node) {
   return input;
 }
 
+std::string ReadRounding(const JsonNode& node) {
+  std::string rounding = node.Text();
+  for (const char* const known : {"closest", "down", "none"}) {
+    if (rounding == known) return rounding;
+  }
+  node.Fail(fmt::format("{} is no rounding; expected \"closest\", \"down\" or \"none\"",
+                        Quoted(rounding)));
+}
+
 void ReadWeight(const JsonNode& node, Settings& settings) {
   if (node.IsNull()) return;
   node.AllowOnly({"column", "rounding", "scale", "missing"});
   settings.weight = node.At("column").Text();
-  settings.weightRounding = node.At("rounding").Text();
+  settings.weightRounding = ReadRounding(node.At("rounding"));
   settings.weightScale = TextOrEmpty(node.At("scale"));
   settings.weightMissing = ReadNumericRule(node.At("missing"));
 }
