@@ -87,10 +87,11 @@ std::string DescribeFullest(const ShownBins& shown, const std::string& unit) {
   // What is not known is less than any count.
   if (most->count.weight == TQMV::gMissingValue) return "No bin is counted.";
   const bool areAllKnown = least->count.weight != TQMV::gMissingValue;
-  return fmt::format("The fullest bin {}is {} with {} {} ({}).",
+  const std::string count = Grouped(WeightText(most->count.weight));
+  return fmt::format("The fullest bin {}is {} with {} ({}).",
                      areAllKnown ? "" : "of those counted ",
                      LabelOf(shown.attribute, static_cast<std::size_t>(most - bins.begin())),
-                     Grouped(WeightText(most->count.weight)), unit,
+                     unit == "rows" ? count + " rows" : "weight " + count,
                      ShareText(most->count.weight, shown.attribute.total.weight));
 }
 
