@@ -27,9 +27,8 @@
 #include "input/opensource.h"
 #include "model/modelcheck.h"
 #include "model/modelreader.h"
-#include "model/modelwriter.h"
+#include "output/modelprinter.h"
 #include "output/outputfile.h"
-#include "output/tablewriter.h"
 #include "report/report.h"
 #include "run/binningrun.h"
 
@@ -68,13 +67,9 @@ void WriteText(const std::string& path, const std::string& text) {
   output.Finish();
 }
 
-std::string Print(const Model& model, OutputFormat format) {
-  return format == OutputFormat::kJson ? WriteModel(model) : WriteTable(model);
-}
-
 int BinData(const Options& options) {
   const Model model = RunBinning(options);
-  WriteText(options.output, Print(model, options.format));
+  WriteText(options.output.path, PrintModel(model, options.output));
   return ExitCodeOf(model, options.isStrict);
 }
 
@@ -89,7 +84,7 @@ int Apply(const ApplyOptions& options) {
 }
 
 int Show(const ModelOptions& options) {
-  WriteText(options.output, Print(LoadModel(options.model), options.format));
+  WriteText(options.output.path, PrintModel(LoadModel(options.model), options.output));
   return kDone;
 }
 
@@ -110,7 +105,7 @@ int Export(const ExportOptions& options) {
 }
 
 int WritePage(const ModelOptions& options) {
-  WriteText(options.output, WriteReport(LoadModel(options.model)));
+  WriteText(options.output.path, WriteReport(LoadModel(options.model)));
   return kDone;
 }
 

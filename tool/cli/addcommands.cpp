@@ -1,5 +1,6 @@
 #include "cli/addcommands.h"
 
+#include "base/notes.h"
 #include "base/safemode.h"
 #include "cli/configfile.h"
 
@@ -14,6 +15,8 @@ CLI::App& AddCommand(CLI::App& app, const std::string& name, const std::string& 
                          "regular files and no symbolic links")
       ->configurable(false);
   AddConfigOption(command);
+  command.add_flag_callback("-q,--quiet", SilenceNotes,
+                            "print errors only, neither notes nor progress, on standard error");
   return command;
 }
 
@@ -22,6 +25,29 @@ void AddOutputOption(CLI::App& command, std::string& output) {
       .add_option("-o,--output", output,
                   "file to write, complete or not at all (default: -, standard output)")
       ->type_name("FILE");
+}
+
+void AddSpreadsheetOption(CLI::App& command, bool& isSpreadsheetSafe) {
+  command.add_flag("--spreadsheet-safe", isSpreadsheetSafe,
+                   "CSV: put an apostrophe before a text that a spreadsheet would take for a "
+                   "formula");
+}
+
+void AddShowingOptions(CLI::App& command, OutputOptions& options) {
+  AddOutputOption(command, options.path);
+  AddChoice<OutputFormat>(command, "--format", options.format,
+                          {{"table", OutputFormat::kTable},
+                           {"json", OutputFormat::kJson},
+                           {"ndjson", OutputFormat::kNdjson},
+                           {"csv", OutputFormat::kCsv},
+                           {"markdown", OutputFormat::kMarkdown}},
+                          "table (default); json: the model file; ndjson: a line of JSON per "
+                          "column; csv: a row per bin; or markdown");
+  AddChoice<ColorUse>(
+      command, "--color", options.color,
+      {{"auto", ColorUse::kAuto}, {"always", ColorUse::kAlways}, {"never", ColorUse::kNever}},
+      "colours in a table: auto (default: on a terminal, unless NO_COLOR is set), always or never");
+  AddSpreadsheetOption(command, options.isSpreadsheetSafe);
 }
 
 void AddBinNameOptions(CLI::App& command, BinText& binText, std::string& suffix) {

@@ -8,6 +8,7 @@
 
 #include "base/plaintext.h"
 #include "cli/commandline.h"
+#include "output/outputoptions.h"
 
 namespace TQTool {
 
@@ -30,6 +31,12 @@ CLI::App& AddCommand(CLI::App& app, const std::string& name, const std::string& 
 
 // What every command that writes has.
 void AddOutputOption(CLI::App& command, std::string& output);
+
+// What every command that shows bins has.
+void AddShowingOptions(CLI::App& command, OutputOptions& options);
+
+// The flag that makes CSV safe for spreadsheets.
+void AddSpreadsheetOption(CLI::App& command, bool& isSpreadsheetSafe);
 
 // What every command that names bins has.
 void AddBinNameOptions(CLI::App& command, BinText& binText, std::string& suffix);

@@ -43,8 +43,7 @@ void AddWritingOptions(CLI::App& command, ApplyOptions& options) {
       command, "--format", options.format,
       {{"csv", RowFormat::kCsv}, {"tsv", RowFormat::kTsv}, {"ndjson", RowFormat::kNdjson}},
       "csv (default), tsv, or ndjson: an object of texts per line");
-  command.add_flag("--spreadsheet-safe", options.isSpreadsheetSafe,
-                   "put an apostrophe before a text that a spreadsheet would take for a formula");
+  AddSpreadsheetOption(command, options.isSpreadsheetSafe);
   AddOutputOption(command, options.output);
 }
 

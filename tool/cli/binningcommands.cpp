@@ -89,15 +89,12 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
                   "where the run's private temporary directory is made (default: TMPDIR, or "
                   "/tmp); needs 8 bytes per row and column used, twice that with --weight")
       ->type_name("DIR");
-  AddOutputOption(command, options.output);
+  AddShowingOptions(command, options.output);
   command.add_flag("--strict", options.isStrict,
                    "end with 1 when a column was not cut as asked; its status tells why");
   command.add_flag("--timestamp", options.hasTimestamp,
                    "let the model file say when it was made; without it, equal runs write equal "
                    "files");
-  AddChoice<OutputFormat>(command, "--format", options.format,
-                          {{"table", OutputFormat::kTable}, {"json", OutputFormat::kJson}},
-                          "table (default), or json: the model file");
 }
 
 void AddSupervisedOptions(CLI::App& command, Options& options, RawOptions& raw) {

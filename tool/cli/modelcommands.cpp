@@ -24,14 +24,10 @@ std::shared_ptr<ModelOptions> AddModelCommand(CLI::App& app, const char* name, c
 void AddModelCommands(CLI::App& app, const Commands& commands, Action& action) {
   const auto show =
       AddModelCommand(app, "show", "Shows the bins of a model file.", commands.show, action);
-  CLI::App& showCommand = *app.get_subcommand("show");
-  AddChoice<OutputFormat>(showCommand, "--format", show->format,
-                          {{"table", OutputFormat::kTable}, {"json", OutputFormat::kJson}},
-                          "table (default), or json: the model file as tqbin writes it");
-  AddOutputOption(showCommand, show->output);
+  AddShowingOptions(*app.get_subcommand("show"), show->output);
   const auto report = AddModelCommand(
       app, "report", "Writes an HTML page with charts of a model's bins.", commands.report, action);
-  AddOutputOption(*app.get_subcommand("report"), report->output);
+  AddOutputOption(*app.get_subcommand("report"), report->output.path);
   const auto check = AddModelCommand(
       app, "check", "Tells whether an edited model file is still good.", commands.check, action);
   app.get_subcommand("check")->add_flag("--strict", check->isStrict,

@@ -2,16 +2,15 @@
 
 #include <string>
 
-namespace TQTool {
+#include "output/outputoptions.h"
 
-enum class OutputFormat { kTable, kJson };
+namespace TQTool {
 
 // What the command line asks of a model file.
 struct ModelOptions {
-  std::string model;  // path, or "-" for standard input
-  OutputFormat format = OutputFormat::kTable;
+  std::string model;      // path, or "-" for standard input
   bool isStrict = false;  // warnings make the exit code 1
-  std::string output;     // empty or "-" for standard output
+  OutputOptions output;
 };
 
 }  // namespace TQTool

@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "cli/modeloptions.h"
 #include "cli/usermissing.h"
 #include "input/inputoptions.h"
 #include "model/model.h"
+#include "output/outputoptions.h"
 
 namespace TQTool {
 
@@ -30,8 +30,7 @@ struct Options {
   bool isStrict = false;      // a column that was not cut as asked makes the exit code 1
   bool hasTimestamp = false;  // the model says when it was made
   std::string tempDir;        // empty for the default
-  OutputFormat format = OutputFormat::kTable;
-  std::string output;  // a file to write; empty or "-" for standard output
+  OutputOptions output;
 };
 
 }  // namespace TQTool

@@ -64,7 +64,7 @@ std::string PrintNumber(double number) {
   return std::string(text.data(), end.ptr);
 }
 
-// A plain value, in one piece.
+// A value, in one piece.
 std::string PrintScalar(const Json& value) {
   if (value.is_number_float()) return PrintNumber(value.get<double>());
   return value.dump(-1, ' ', false, Json::error_handler_t::replace);
@@ -122,5 +122,7 @@ std::string PrintJson(const Json& value) {
   Print(value, 0, text);
   return text + "\n";
 }
+
+std::string PrintJsonLine(const Json& value) { return PrintScalar(value) + "\n"; }
 
 }  // namespace TQTool

@@ -18,4 +18,7 @@ Json ParseJson(const std::string& text, const std::string& name);
 // Bytes that are no UTF-8 come out as U+FFFD.
 std::string PrintJson(const Json& value);
 
+// The same in one line.
+std::string PrintJsonLine(const Json& value);
+
 }  // namespace TQTool

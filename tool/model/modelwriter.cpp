@@ -140,4 +140,12 @@ std::string WriteModel(const Model& model) {
   return PrintJson(document);
 }
 
+std::string WriteAttributes(const Model& model) {
+  std::string text;
+  for (const BinnedAttribute& attribute : model.attributes) {
+    text += PrintJsonLine(AttributeJson(attribute, model.TargetOf(attribute)));
+  }
+  return text;
+}
+
 }  // namespace TQTool

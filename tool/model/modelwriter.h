@@ -10,4 +10,7 @@ namespace TQTool {
 // the byte for the same model.
 std::string WriteModel(const Model& model);
 
+// The attributes as the model file describes them, each in one line of JSON.
+std::string WriteAttributes(const Model& model);
+
 }  // namespace TQTool

@@ -1,99 +1,49 @@
 #include "output/tablewriter.h"
 
-#include <optional>
-#include <vector>
-
 #include <fmt/format.h>
 
-#include "base/plaintext.h"
-#include "model/measures.h"
-#include "model/recount.h"
+#include "output/bingrid.h"
 #include "output/modelwords.h"
 #include "output/textgrid.h"
 
 namespace TQTool {
 namespace {
 
-// The counts of a row of the table: of the bin, its share, of its categories.  Where there
-// are weights, the rows stand beside them.
-void AppendCounts(const Count& count, const std::vector<Count>& categories, double whole,
-                  bool isWeighted, std::vector<std::string>& cells) {
-  cells.push_back(WeightText(count.weight));
-  if (isWeighted) cells.push_back(WeightText(count.rows));
-  cells.push_back(ShareText(count.weight, whole));
-  for (const Count& category : categories) cells.push_back(WeightText(category.weight));
+constexpr const char* kBold = "\x1b[1m";
+constexpr const char* kRed = "\x1b[31m";
+constexpr const char* kYellow = "\x1b[33m";
+constexpr const char* kPlain = "\x1b[0m";
+
+std::string Colored(const std::string& text, const char* color, const TableStyle& style) {
+  return style.isColored ? color + text + kPlain : text;
 }
 
-// The event rate and the weight of evidence of a bin.
-void AppendEvents(const Measures::OfBin& bin, std::vector<std::string>& cells) {
-  cells.push_back(ShareText(bin.eventRate, 1.0));
-  cells.push_back(fmt::format("{:.3f}", bin.weightOfEvidence));
+// Bins are plain, trouble is not.
+std::string Outcome(const BinnedAttribute& attribute, const Model& model, const TableStyle& style) {
+  const std::string text = OutcomeOf(attribute, model);
+  if (attribute.status.IsOK()) return text;
+  return Colored(text, attribute.status.IsError() ? kRed : kYellow, style);
 }
 
-std::vector<std::string> HeadingOf(const Target* target, bool isWeighted, bool hasEvents) {
-  std::vector<std::string> heading = {"bin"};
-  if (isWeighted) heading.push_back("weight");
-  heading.insert(heading.end(), {"rows", "share"});
-  if (target != nullptr) {
-    for (const std::string& category : target->categories) heading.push_back(Printable(category));
-  }
-  if (hasEvents) heading.insert(heading.end(), {"rate", "WoE"});
-  return heading;
-}
-
-std::string BinTable(const BinnedAttribute& attribute, const Model& model) {
-  TextGrid grid;
-  const bool isWeighted = !model.settings.weight.empty();
-  const std::optional<Measures> measures = MeasuresOf(attribute);
-  const bool hasEvents = measures.has_value() && !measures->bins.empty();
-  grid.AddRow(HeadingOf(model.TargetOf(attribute), isWeighted, hasEvents));
-
-  const double whole = attribute.total.weight;
-  Bin totals;
-  for (std::size_t b = 0; b < attribute.bins.size(); ++b) {
-    const Bin& bin = attribute.bins[b];
-    std::vector<std::string> cells = {Printable(LabelOf(attribute, b))};
-    AppendCounts(bin.count, bin.categories, whole, isWeighted, cells);
-    if (hasEvents) AppendEvents(measures->bins[b], cells);
-    grid.AddRow(cells);
-    totals = b == 0 ? bin : Sum(totals, bin);
-  }
-  std::vector<std::string> total = {"total"};
-  AppendCounts(attribute.valid, totals.categories, whole, isWeighted, total);
-  grid.AddRow(total);
-  const Count missing = MissingOf(attribute);
-  if (missing.weight > 0.0) {
-    std::vector<std::string> cells = {"missing"};
-    AppendCounts(missing, {}, whole, isWeighted, cells);
-    grid.AddRow(cells);
-  }
-  return grid.Print();
-}
-
-// What the bins tell about the target; nothing without cuts or target.
-std::string GainLine(const BinnedAttribute& attribute) {
-  const std::optional<Measures> measures = MeasuresOf(attribute);
-  if (!measures.has_value() || attribute.cuts.empty()) return "";
-  std::string text = fmt::format("  information gain {:.4f} bits", measures->informationGain);
-  if (!measures->bins.empty()) {
-    text += fmt::format("; information value {:.4f}", measures->informationValue);
-  }
-  return text + "\n";
-}
-
-std::string Section(const BinnedAttribute& attribute, const Model& model) {
-  std::string text =
-      fmt::format("\n{}: {}\n", NameOf(attribute, model), OutcomeOf(attribute, model));
+std::string Section(const BinnedAttribute& attribute, const Model& model, const TableStyle& style) {
+  std::string text = fmt::format("\n{}: {}\n", Colored(NameOf(attribute, model), kBold, style),
+                                 Outcome(attribute, model, style));
   if (!attribute.status.IsOK()) text += fmt::format("  what to do: {}\n", RemedyOf(attribute));
-  text += fmt::format("  {}\n", FindingsOf(attribute)) + GainLine(attribute);
-  return attribute.bins.empty() ? text : text + BinTable(attribute, model);
+  text += fmt::format("  {}\n", FindingsOf(attribute));
+  if (const std::string gain = GainOf(attribute); !gain.empty()) text += "  " + gain + "\n";
+  if (attribute.bins.empty()) return text;
+  TextGrid grid;
+  for (std::vector<std::string>& row : BinGrid(attribute, model)) grid.AddRow(std::move(row));
+  return text + grid.Print(style.width);
 }
 
 }  // namespace
 
-std::string WriteTable(const Model& model) {
+std::string WriteTable(const Model& model, const TableStyle& style) {
   std::string text = TitleOf(model) + "\n" + RowsOf(model) + "\n";
-  for (const BinnedAttribute& attribute : model.attributes) text += Section(attribute, model);
+  for (const BinnedAttribute& attribute : model.attributes) {
+    text += Section(attribute, model, style);
+  }
   return text;
 }
 

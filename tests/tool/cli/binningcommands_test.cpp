@@ -64,7 +64,7 @@ TEST(Options, DefaultsOfASupervisedRun) {
   EXPECT_EQ(0.0, options.settings.minBinFactor);
   EXPECT_TRUE(options.settings.isRightClosed);
   EXPECT_EQ("", options.tempDir);
-  EXPECT_EQ(OutputFormat::kTable, options.format);
+  EXPECT_EQ(OutputFormat::kTable, options.output.format);
 }
 
 TEST(Options, AliasesNameTheMethods) {
@@ -106,7 +106,7 @@ TEST(Options, EveryOptionArrives) {
   EXPECT_EQ(0.25, options.settings.minBinFactor);
   EXPECT_EQ(';', options.input.delimiter);
   EXPECT_EQ("/d", options.tempDir);
-  EXPECT_EQ(OutputFormat::kJson, options.format);
+  EXPECT_EQ(OutputFormat::kJson, options.output.format);
 }
 
 TEST(Options, RepeatedOptionsDoNotSwallowTheFile) {

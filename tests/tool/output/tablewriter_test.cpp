@@ -148,5 +148,17 @@ TEST(TableWriter, CountsOfEditedBinsMayBeUnknown) {
   EXPECT_THAT(WriteTable(model), HasSubstr("  (-inf, 2.5]     7  58.3%   6    ?\n"));
 }
 
+TEST(TableWriter, ColoursMarkTheNamesAndWhatWentWrong) {
+  Model model = SmallModel();
+  EXPECT_THAT(WriteTable(model, {0, true}), HasSubstr("\n\x1b[1mincome\x1b[0m: 2 bins\n"));
+  EXPECT_THAT(WriteTable(model), Not(HasSubstr("\x1b")));
+  model.attributes[0].status = TQBinning::TQStatus(TQBinning::kOneDistinctValue, true);
+  EXPECT_THAT(WriteTable(model, {0, true}), HasSubstr("\x1b[33m"));
+}
+
+TEST(TableWriter, TableKeepsToTheWidth) {
+  EXPECT_THAT(WriteTable(SmallModel(), {30, false}), HasSubstr("  (2.5, inf)      3  25.0%   0\n"));
+}
+
 }  // namespace
 }  // namespace TQTool

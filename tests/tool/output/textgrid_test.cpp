@@ -39,5 +39,24 @@ TEST(TextGrid, CountsCharactersNotBytes) {
 
 TEST(TextGrid, EmptyGridIsEmpty) { EXPECT_EQ("", TextGrid().Print()); }
 
+TEST(TextGrid, WhatDoesNotFitFollowsBelowBesideTheFirstColumn) {
+  TextGrid grid;
+  grid.AddRow({"bin", "one", "two", "three"});
+  grid.AddRow({"a", "1", "2", "3"});
+  EXPECT_EQ(
+      "  bin  one  two\n"
+      "  a      1    2\n"
+      "  bin  three\n"
+      "  a        3\n",
+      grid.Print(15));
+  EXPECT_EQ(grid.Print(), grid.Print(22));
+}
+
+TEST(TextGrid, AColumnWiderThanTheLinesStandsAlone) {
+  TextGrid grid;
+  grid.AddRow({"bin", "one", "two"});
+  EXPECT_EQ("  bin  one\n  bin  two\n", grid.Print(4));
+}
+
 }  // namespace
 }  // namespace TQTool
