@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""What tqbin prints when standard output is a terminal: tables that fit its width, and
-colours unless they are not wanted.
+"""What tqbin prints on a terminal: tables that fit its width, colours unless they are not
+wanted, and how far the run is; the last also as lines for programs.
 
 usage: terminal_test.py TQBIN DATA_DIRECTORY
 """
 
 import fcntl
+import json
 import os
 import pty
 import re
@@ -16,13 +17,14 @@ import termios
 from pathlib import Path
 
 
-def on_terminal(command, width, **environment):
+def on_terminal(command, width, stream="stdout", **environment):
     """What a command prints to a terminal that is `width` characters wide."""
     reader, terminal = pty.openpty()
     fcntl.ioctl(terminal, termios.TIOCSWINSZ, struct.pack("HHHH", 24, width, 0, 0))
     variables = {name: value for name, value in os.environ.items() if name != "NO_COLOR"}
     variables.update({"TERM": "xterm"}, **environment)
-    process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=terminal, env=variables)
+    streams = {"stdout": subprocess.DEVNULL, "stderr": None, stream: terminal}
+    process = subprocess.Popen(command, stdin=subprocess.DEVNULL, env=variables, **streams)
     os.close(terminal)
     text = b""
     while True:
@@ -48,6 +50,28 @@ def cells(lines):
     return sorted(cell for line in lines for cell in re.split(" {2,}", line.strip()))
 
 
+def check_progress(tool, data):
+    command = [tool, "equal-frequency", data / "diamonds.csv", "--bins", "4", "-a", "carat,price"]
+    bar = on_terminal(command, 80, "stderr")
+    assert re.search(r"\d+ rows read, \d+ rows per second", bar), bar
+    assert re.search(r"\[#{10}\.{10}\] 1 of 2 columns binned, [0-9.]+ per second, \d+ s left", bar), bar
+    assert bar.endswith("\r\x1b[K"), bar
+    for unwanted in (["--quiet"], ["--progress", "none"]):
+        assert on_terminal([*command, *unwanted], 80, "stderr") == "", unwanted
+
+    def lines(*arguments):
+        done = subprocess.run([*command, *arguments], capture_output=True, text=True, check=True)
+        return done.stderr
+    assert lines() == ""
+    assert "\x1b" in lines("--progress", "bar")
+    events = [json.loads(line) for line in lines("--progress", "json").splitlines()]
+    assert [event["stage"] for event in events] == ["reading", "binning", "binning"], events
+    assert events[0]["rows"] == 50000 and events[0]["seconds"] >= 0, events
+    assert [(event["columns"], event["of"]) for event in events[1:]] == [(1, 2), (2, 2)], events
+    assert lines("--progress", "json", "--quiet") == ""
+    print("progress: bar on a terminal only, JSON on request")
+
+
 def main():
     tool, data = sys.argv[1], Path(sys.argv[2])
     command = [tool, "supervised", data / "iris.csv", "--target", "species"]
@@ -65,6 +89,7 @@ def main():
         assert "petal_width" in unwanted and "\x1b" not in unwanted
     assert "\x1b[1m" in on_terminal(command, 200, NO_COLOR="")
     assert "\x1b[1m" in on_terminal([*command, "--color", "always"], 200, NO_COLOR="1")
+    check_progress(tool, data)
     print("tables fit 3 widths; colours as wanted in 6 cases")
 
 

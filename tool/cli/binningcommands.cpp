@@ -90,6 +90,14 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
                   "/tmp); needs 8 bytes per row and column used, twice that with --weight")
       ->type_name("DIR");
   AddShowingOptions(command, options.output);
+  AddChoice<ProgressKind>(
+      command, "--progress", options.progress,
+      {{"auto", ProgressKind::kAuto},
+       {"bar", ProgressKind::kBar},
+       {"json", ProgressKind::kJson},
+       {"none", ProgressKind::kNone}},
+      "how far the run is, on standard error: auto (default: a bar on a terminal), bar, json: "
+      "lines for programs, or none");
   command.add_flag("--strict", options.isStrict,
                    "end with 1 when a column was not cut as asked; its status tells why");
   command.add_flag("--timestamp", options.hasTimestamp,

@@ -7,6 +7,7 @@
 #include "input/inputoptions.h"
 #include "model/model.h"
 #include "output/outputoptions.h"
+#include "output/progresskind.h"
 
 namespace TQTool {
 
@@ -31,6 +32,7 @@ struct Options {
   bool hasTimestamp = false;  // the model says when it was made
   std::string tempDir;        // empty for the default
   OutputOptions output;
+  ProgressKind progress = ProgressKind::kAuto;
 };
 
 }  // namespace TQTool

@@ -5,10 +5,9 @@
 
 #include <unistd.h>
 
-#include <fmt/format.h>
-
 #include "base/notes.h"
 #include "base/terminal.h"
+#include "output/progresstext.h"
 
 namespace TQTool {
 namespace {
@@ -17,25 +16,38 @@ constexpr const char* kWipe = "\r\x1b[K";  // back to the line's start, clear th
 
 void Show(const std::string& line) { std::fputs(line.c_str(), stderr); }
 
+ProgressKind ActualKind(ProgressKind kind) {
+  if (AreNotesSilent()) return ProgressKind::kNone;
+  if (kind != ProgressKind::kAuto) return kind;
+  return IsLiveTerminal(STDERR_FILENO) ? ProgressKind::kBar : ProgressKind::kNone;
+}
+
 }  // namespace
 
-ProgressLine::ProgressLine(const RecordFeed& records)
-    : fRecords(records),
-      fIsTerminal(IsLiveTerminal(STDERR_FILENO) && !AreNotesSilent()),
-      fNumBinned(0) {}
+ProgressLine::ProgressLine(const RecordFeed& records, ProgressKind kind)
+    : fRecords(records), fKind(ActualKind(kind)) {}
 
 ProgressLine::~ProgressLine() {
-  if (fIsTerminal) Show(kWipe);
+  if (fKind == ProgressKind::kBar) Show(kWipe);
 }
 
 void ProgressLine::Report(ProgressReport* report) {
-  if (!fIsTerminal) return;
+  if (fKind == ProgressKind::kNone) return;
+  const bool isJson = fKind == ProgressKind::kJson;
+  const Clock::time_point now = Clock::now();
+  const bool isFirstColumn = fRecords.IsDone() && fNumBinned == 0;
+  if (isFirstColumn) fStart = fLast;  // nobody tells when reading ended
+  fLast = now;
+  const double seconds = std::chrono::duration<double>(now - fStart).count();
   if (!fRecords.IsDone()) {
-    Show(fmt::format("{}{} rows read", kWipe, report->DiscreteMeasure("IndexVar")));
-  } else {
-    Show(fmt::format("{}{} of {} columns binned", kWipe, ++fNumBinned,
-                     fRecords.GetFedData().pairs.size()));
+    const auto rows = static_cast<std::uint64_t>(report->DiscreteMeasure("IndexVar"));
+    Show(isJson ? ReadingJson(rows, seconds) : kWipe + ReadingText(rows, seconds));
+    return;
   }
+  const std::size_t of = fRecords.GetFedData().pairs.size();
+  ++fNumBinned;
+  Show(isJson ? BinningJson(fNumBinned, of, seconds)
+              : kWipe + BinningText(fNumBinned, of, seconds));
 }
 
 }  // namespace TQTool

@@ -20,7 +20,7 @@ std::string Colored(const std::string& text, const char* color, const TableStyle
 
 // Bins are plain, trouble is not.
 std::string Outcome(const BinnedAttribute& attribute, const Model& model, const TableStyle& style) {
-  const std::string text = OutcomeOf(attribute, model);
+  std::string text = OutcomeOf(attribute, model);
   if (attribute.status.IsOK()) return text;
   return Colored(text, attribute.status.IsError() ? kRed : kYellow, style);
 }

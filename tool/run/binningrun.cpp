@@ -124,7 +124,7 @@ void CollectPairs(const Workplace& work, const BINOutput& results, Model& model)
 
 void BinSupervised(const Workplace& work, Model& model) {
   SignalQuery query;
-  ProgressLine progress(work.records);
+  ProgressLine progress(work.records, work.options.progress);
   BINSettings settings;
   SetCommon(settings, work, query, progress);
   settings.SetNumDistinctValueThreshold(work.options.settings.prebinThreshold);
@@ -148,7 +148,7 @@ void BinSupervised(const Workplace& work, Model& model) {
 
 void BinEqualFrequency(const Workplace& work, Model& model) {
   SignalQuery query;
-  ProgressLine progress(work.records);
+  ProgressLine progress(work.records, work.options.progress);
   EFBINSettings settings;
   SetCommon(settings, work, query, progress);
   settings.SetNumberOfBins(work.options.settings.bins);
