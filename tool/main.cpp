@@ -20,6 +20,7 @@
 #include "apply/apply.h"
 #include "base/notes.h"
 #include "base/plaintext.h"
+#include "base/privatedirectory.h"
 #include "base/signals.h"
 #include "base/toolerror.h"
 #include "cli/commandline.h"
@@ -46,9 +47,17 @@ void OccupyStandardStreams() {
 }
 
 int Report(int exitCode, const char* message) {
-  const std::string line = std::string("tqbin: ") + message + "\n";
-  std::fputs(line.c_str(), stderr);
+  std::fprintf(stderr, "tqbin: %s\n", message);  // there may be no memory to make a line of it
   return exitCode;
+}
+
+// The last resort: without memory, a library that needs some to clear up cannot go on.
+[[noreturn]] void EndAtOnce() {
+  PrivateDirectory::RemoveFromSignalHandler();
+  constexpr std::string_view kMessage =
+      "tqbin: ended while clearing up after an error; is there too little memory?\n";
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kMessage.data(), kMessage.size());
+  _exit(kLibraryFailure);
 }
 
 // A column that ended in an error has no bins, whatever the others have.
@@ -121,6 +130,7 @@ int Run(int argc, const char* const* argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::set_terminate(EndAtOnce);
   try {
     OccupyStandardStreams();
     umask(S_IRWXG | S_IRWXO);  // what the run writes is nobody else's business

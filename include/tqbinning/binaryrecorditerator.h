@@ -36,6 +36,10 @@ class TQBINNING_EXPORT BinaryRecordIterator {
   // Reads a block at a time, so it is the way to read a whole file.
   std::size_t NextBlock(double* values, std::size_t count);
 
+  // Whether the system failed to hand out what the file holds, as a broken disk does; a
+  // file that ends too early is none of that.
+  bool HasReadError() const { return fFile != nullptr && std::ferror(fFile.get()) != 0; }
+
   // Moves the value read ahead into place and reads another; the fail reason.
   int NextRecord();
 

@@ -47,7 +47,7 @@ class TQBINNING_EXPORT BINDataSet {
   // `tuples` points at the data set's vector, overwritten by the next call.  The
   // first form hands out null when the list has a target (it then keeps tuples
   // with targets only); the second returns error 120010, and null, when the
-  // target is not a usable column.
+  // target is not a usable column.  Both return error 3, and null, when the disk fails.
   TQBinning::TQStatus GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples);
   TQBinning::TQStatus GetAttribute(unsigned int attribute, unsigned int target,
                                    std::vector<BINDataTuple>*& tuples);
@@ -79,10 +79,11 @@ class TQBINNING_EXPORT BINDataSet {
   int ColumnOf(unsigned int variable) const;
   Reader OpenColumn(int column) const;
   TQBinning::TQStatus AllocateTuples();
+  TQBINNING_HIDDEN bool ReadTuples(unsigned int column);
   template <typename Store>
-  TQBINNING_HIDDEN void ReadColumn(unsigned int column, Store store);
+  TQBINNING_HIDDEN bool ReadColumn(unsigned int column, Store store);
   template <typename Tuple>
-  TQBINNING_HIDDEN void ReadSorted(unsigned int column, std::vector<Tuple>* tuples);
+  TQBINNING_HIDDEN bool ReadSorted(unsigned int column, std::vector<Tuple>* tuples);
 
   int fNumberOfClasses;
   bool fHasWeight;

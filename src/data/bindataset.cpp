@@ -168,10 +168,16 @@ CaseTotals ReadCases(ColumnBlocks& values, ColumnBlocks& targets, ColumnBlocks& 
 // Takes in a case that is only counted.
 void Forget(std::size_t, double, double, double) {}
 
+// Whether a reader, which may be absent, could read what there is.
+bool IsWhole(const TQBinning::BinaryRecordIterator* reader) {
+  return reader == nullptr || !reader->HasReadError();
+}
+
 }  // namespace
 
+// False when the disk failed: zeros stand then for what it holds.
 template <typename Store>
-void BINDataSet::ReadColumn(unsigned int column, Store store) {
+bool BINDataSet::ReadColumn(unsigned int column, Store store) {
   if (fTargetReader) fTargetReader->NewPass();
   if (fWeightReader) fWeightReader->NewPass();
   const Reader attributeReader = OpenColumn(static_cast<int>(column));
@@ -187,36 +193,42 @@ void BINDataSet::ReadColumn(unsigned int column, Store store) {
   fNumberOfValidTuples = static_cast<unsigned int>(totals.validCases);
   fWeightTotal = totals.weight;
   fValidWeightTotal = totals.validWeight;
+  return IsWhole(attributeReader.get()) && IsWhole(fTargetReader.get()) &&
+         IsWhole(fWeightReader.get());
 }
 
 TQStatus BINDataSet::ReadNextAttribute(unsigned int column) {
+  (void)ReadTuples(column);  // GetAttribute, for which it is done, tells of the disk
+  return TQStatus();
+}
+
+// Reads a column's valid cases in their order.  False when the disk failed.
+bool BINDataSet::ReadTuples(unsigned int column) {
   BINDataTuple* const supervised =
       fTargetReader && fSupervisedTuples ? fSupervisedTuples->data() : nullptr;
   EFBINDataTuple* const unsupervised =
       !fTargetReader && fUnsupervisedTuples ? fUnsupervisedTuples->data() : nullptr;
-  ReadColumn(column, [&](std::size_t i, double value, double target, double weight) {
+  return ReadColumn(column, [&](std::size_t i, double value, double target, double weight) {
     if (supervised != nullptr) supervised[i] = {value, CategoryCode(target), weight};
     if (unsupervised != nullptr) unsupervised[i] = {value, weight};
   });
-  return TQStatus();
 }
 
 // Reads a column's valid cases into sorted tuples.  A vector that is absent (tuples of
-// the other kind are kept) holds none.
+// the other kind are kept) holds none.  False when the disk failed.
 template <typename Tuple>
-void BINDataSet::ReadSorted(unsigned int column, std::vector<Tuple>* tuples) {
+bool BINDataSet::ReadSorted(unsigned int column, std::vector<Tuple>* tuples) {
   fNumberOfDistinctValues = 0;
   fMinimum = TQMV::gMissingValue;
   fMaximum = TQMV::gMissingValue;
-  if (tuples == nullptr) {
-    ReadColumn(column, Forget);
-    return;
-  }
+  if (tuples == nullptr) return ReadColumn(column, Forget);
+
+  bool isRead = false;
   RunMemory<SortMemory>::With([&](SortMemory& memory) {
     CaseSorter sorter(memory, fNumberOfCases);
     {
       CaseSorter::Intake intake(sorter);
-      ReadColumn(column, [&](std::size_t, double value, double target, double weight) {
+      isRead = ReadColumn(column, [&](std::size_t, double value, double target, double weight) {
         intake.Add(value, CategoryCode(target), weight);
       });
     }
@@ -224,19 +236,22 @@ void BINDataSet::ReadSorted(unsigned int column, std::vector<Tuple>* tuples) {
     if (sorter.IsSuitable()) {
       fNumberOfDistinctValues = sorter.Sort(valid());
     } else {
-      (void)ReadNextAttribute(column);  // always OK
+      isRead = ReadTuples(column) && isRead;
       SortByValue(valid(), memory);
       fNumberOfDistinctValues = CountDistinct<Tuple>(valid());
     }
   });
-  if (fNumberOfValidTuples == 0) return;
+  if (fNumberOfValidTuples == 0) return isRead;
   fMinimum = tuples->front().value;
   fMaximum = (*tuples)[fNumberOfValidTuples - 1].value;
+  return isRead;
 }
 
 TQStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples) {
   tuples = nullptr;
-  ReadSorted(static_cast<unsigned int>(ColumnOf(attribute)), fUnsupervisedTuples.get());
+  if (!ReadSorted(static_cast<unsigned int>(ColumnOf(attribute)), fUnsupervisedTuples.get())) {
+    return Error(kResourceFailure);
+  }
   tuples = fUnsupervisedTuples.get();
   return TQStatus();
 }
@@ -259,7 +274,9 @@ TQStatus BINDataSet::GetAttribute(unsigned int attribute, unsigned int target,
     fSupervisedTuples = std::make_unique<std::vector<BINDataTuple>>(fNumberOfCases);
   }
 
-  ReadSorted(static_cast<unsigned int>(ColumnOf(attribute)), fSupervisedTuples.get());
+  if (!ReadSorted(static_cast<unsigned int>(ColumnOf(attribute)), fSupervisedTuples.get())) {
+    return Error(kResourceFailure);
+  }
   if (fThresholdSet) {
     fExceedsThreshold = fDistinctThreshold != 0 && fNumberOfDistinctValues > fDistinctThreshold;
   }

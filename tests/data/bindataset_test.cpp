@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <string>
@@ -512,6 +513,28 @@ TEST(GetAttribute, WithoutATargetTheTailIsKeptAsWell) {
   const auto* tuples = data.Unsupervised(0);
   ASSERT_EQ(3u, tuples->size());
   EXPECT_EQ((std::vector<WeightedValue>{{9.0, 1.0}, {3.0, 1.0}, {4.0, 1.0}}), CasesOf(*tuples, 3));
+}
+
+// A directory opens like a file, and every read of it fails.
+void BreakTheDiskUnder(const std::string& file) {
+  std::filesystem::remove(file);
+  std::filesystem::create_directory(file);
+}
+
+TEST(GetAttribute, AReadThatTheDiskFailsIsAResourceFailureAndHandsOutNoTuples) {
+  PreparedData data("TA", {{0.0, 5.0}, {1.0, 6.0}});
+  BreakTheDiskUnder(data.File(1));
+  std::vector<BINDataTuple>* tuples = nullptr;
+  EXPECT_EQ(TQStatus(TQBinning::kResourceFailure, false), data.set.GetAttribute(1, 0, tuples));
+  EXPECT_EQ(nullptr, tuples);
+}
+
+TEST(GetAttribute, WithoutATargetAReadThatTheDiskFailsIsAResourceFailureAsWell) {
+  PreparedData data("A", OneFieldEach({1.0, 2.0, 3.0}));
+  BreakTheDiskUnder(data.File(0));
+  std::vector<EFBINDataTuple>* tuples = nullptr;
+  EXPECT_EQ(TQStatus(TQBinning::kResourceFailure, false), data.set.GetAttribute(0, tuples));
+  EXPECT_EQ(nullptr, tuples);
 }
 
 TEST(GetAttribute, StoresNoMoreTuplesThanCasesWereKeptHoweverLongTheColumnHasBecome) {

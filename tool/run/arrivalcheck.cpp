@@ -21,6 +21,9 @@ namespace {
 }
 
 void CheckColumn(const BinnedAttribute& result, const FedData& fed, const FedPair& fedPair) {
+  if (result.status.GetErrorCode() == TQBinning::kResourceFailure) {
+    ThrowLost(fmt::format("column {} could not be read back", Quoted(result.name)));
+  }
   if (result.status.IsError()) return;
   if (result.total.weight != fed.weight || result.valid.weight != fedPair.validWeight ||
       result.minimum != fedPair.minimum || result.maximum != fedPair.maximum) {
