@@ -70,7 +70,9 @@ Json SettingsJson(const Settings& settings, Method method) {
   }
   result["closed"] = SideText(settings.isRightClosed);
   result["weight"] = WeightJson(settings);
-  result["missing_tokens"] = settings.missingTokens;
+  // One by one: the JSON library crashes when memory ends while it copies a whole list.
+  Json& tokens = result["missing_tokens"] = Json::array();
+  for (const std::string& token : settings.missingTokens) tokens.push_back(token);
   return result;
 }
 

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/scratchdirectory.h"
 #include "tooltesting.h"
 
 namespace TQTool {
@@ -15,27 +16,20 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-// A directory of the test's own.
 class OutputFileTest : public testing::Test {
  protected:
-  OutputFileTest() : fDirectory(fs::path(testing::TempDir()) / "tqbin-outputfile") {
-    fs::remove_all(fDirectory);
-    fs::create_directory(fDirectory);
-  }
-  ~OutputFileTest() override { fs::remove_all(fDirectory); }
-
-  std::string Path(const char* name) const { return (fDirectory / name).string(); }
+  std::string Path(const char* name) const { return fDirectory.File(name); }
   std::string Content(const char* name) const {
     std::ostringstream text;
     text << std::ifstream(Path(name)).rdbuf();
     return text.str();
   }
   std::ptrdiff_t CountFiles() const {
-    return std::distance(fs::directory_iterator(fDirectory), fs::directory_iterator());
+    return std::distance(fs::directory_iterator(fDirectory.Path()), fs::directory_iterator());
   }
 
  private:
-  fs::path fDirectory;
+  support::ScratchDirectory fDirectory;
 };
 
 TEST_F(OutputFileTest, StandardOutputGetsAll) {

@@ -46,10 +46,16 @@ TEST(CheckArrival, EveryNumberCounts) {
 
 TEST(CheckArrival, ColumnThatEndedInAnErrorHasNoNumbers) {
   Arrived result = ArrivedResult();
-  result.attributes[0].status = TQBinning::TQStatus(3, false);
+  result.attributes[0].status = TQBinning::TQStatus(TQBinning::kTargetNotUsable, false);
   result.attributes[0].bins.clear();
   result.attributes[0].valid.weight = 0.0;
   EXPECT_EQ("none", ErrorIn(result));
+}
+
+TEST(CheckArrival, ColumnThatCouldNotBeReadBackIsLost) {
+  Arrived result = ArrivedResult();
+  result.attributes[0].status = TQBinning::TQStatus(TQBinning::kResourceFailure, false);
+  EXPECT_THAT(ErrorIn(result), StartsWith("4: column 'income' could not be read back, "));
 }
 
 TEST(CheckArrival, BinsThatDoNotAddUpAreNoted) {
