@@ -60,7 +60,8 @@ Json WeightJson(const Settings& settings) {
 }
 
 Json SettingsJson(const Settings& settings, Method method) {
-  Json result;
+  // An object from the start: without memory to become one, null crashes when it ends.
+  Json result = Json::object();
   if (method == Method::kSupervised) {
     result["prebin_threshold"] = settings.prebinThreshold;
     result["prebin_bins"] = settings.prebinBins;
@@ -70,9 +71,7 @@ Json SettingsJson(const Settings& settings, Method method) {
   }
   result["closed"] = SideText(settings.isRightClosed);
   result["weight"] = WeightJson(settings);
-  // One by one: the JSON library crashes when memory ends while it copies a whole list.
-  Json& tokens = result["missing_tokens"] = Json::array();
-  for (const std::string& token : settings.missingTokens) tokens.push_back(token);
+  result["missing_tokens"] = settings.missingTokens;
   return result;
 }
 
