@@ -176,6 +176,7 @@ NumberRanges CaseSorter::ChooseRanges(std::size_t kinds) const {
          (fCount >> (ranges.levels + 1)) >= kRangeCases) {
     ++ranges.levels;
   }
+  if (ranges.levels == 0) return ranges;
   constexpr std::size_t kSample = 1024;
   const double* const values = fMemory.values[0].get();
   std::vector<double> sample;

@@ -52,11 +52,7 @@ class RowWriter {
   }
   void Text(std::string_view field, std::string& text) {
     StartField(text);
-    if (fOptions.format == RowFormat::kNdjson) {
-      AppendJsonString(field, text);
-    } else {
-      AppendField(field, fDelimiter, fOptions.isSpreadsheetSafe, text);
-    }
+    Append(field, text);
   }
   // What has been made ready for the format.
   void Raw(std::string_view field, std::string& text) {
@@ -68,11 +64,7 @@ class RowWriter {
   // A text made ready for Raw.
   std::string Ready(std::string_view field) const {
     std::string text;
-    if (fOptions.format == RowFormat::kNdjson) {
-      AppendJsonString(field, text);
-    } else {
-      AppendField(field, fDelimiter, fOptions.isSpreadsheetSafe, text);
-    }
+    Append(field, text);
     return text;
   }
 
@@ -81,6 +73,13 @@ class RowWriter {
     std::string key;
     AppendJsonString(name, key);
     return key + ":";
+  }
+  void Append(std::string_view field, std::string& text) const {
+    if (fOptions.format == RowFormat::kNdjson) {
+      AppendJsonString(field, text);
+    } else {
+      AppendField(field, fDelimiter, fOptions.isSpreadsheetSafe, text);
+    }
   }
   void StartField(std::string& text) {
     if (fField > 0) text += fDelimiter;

@@ -75,7 +75,8 @@ void AddAttribute(const BinnedAttribute& attribute, const Target* target, CsvRow
   row.AddNumber(static_cast<double>(attribute.status.GetErrorCode()));
 }
 
-void AddBin(const BinnedAttribute& attribute, std::size_t b, const Target* target, CsvRow& row) {
+void AddBin(const BinnedAttribute& attribute, std::size_t b, const Target* target,
+            const std::optional<Measures>& measures, CsvRow& row) {
   const Bin& bin = attribute.bins[b];
   row.AddNumber(static_cast<double>(b));
   row.AddText(LabelOf(attribute, b));
@@ -86,7 +87,6 @@ void AddBin(const BinnedAttribute& attribute, std::size_t b, const Target* targe
   row.AddNumber(bin.count.rows);
   row.AddNumber(bin.count.weight);
   row.AddNumber(ShareOf(bin, attribute));
-  const std::optional<Measures> measures = MeasuresOf(attribute);
   if (measures.has_value() && !measures->bins.empty()) {
     row.AddNumber(measures->bins[b].eventRate);
     row.AddNumber(measures->bins[b].weightOfEvidence);
@@ -104,10 +104,11 @@ std::string WriteBinCsv(const Model& model, bool isSpreadsheetSafe) {
   std::string text(kHeader);
   for (const BinnedAttribute& attribute : model.attributes) {
     const Target* const target = model.TargetOf(attribute);
+    const std::optional<Measures> measures = MeasuresOf(attribute);
     for (std::size_t b = 0; b < attribute.bins.size(); ++b) {
       CsvRow row(isSpreadsheetSafe);
       AddAttribute(attribute, target, row);
-      AddBin(attribute, b, target, row);
+      AddBin(attribute, b, target, measures, row);
       text += row.Finish();
     }
     if (!attribute.bins.empty()) continue;

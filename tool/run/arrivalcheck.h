@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "input/recordfeed.h"
 #include "model/model.h"
+#include "run/recordfeed.h"
 
 namespace TQTool {
 

@@ -2,7 +2,7 @@
 
 #include "cli/options.h"
 #include "input/numbertext.h"
-#include "input/recordfeed.h"
+#include "run/recordfeed.h"
 
 namespace TQTool {
 

@@ -1,4 +1,4 @@
-#include "input/recordfeed.h"
+#include "run/recordfeed.h"
 
 #include <cmath>
 #include <utility>

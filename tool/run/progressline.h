@@ -6,8 +6,8 @@
 #include <tqbinning/tqbinning.h>
 #include <tqcommon/tqcommon.h>
 
-#include "input/recordfeed.h"
 #include "output/progresskind.h"
+#include "run/recordfeed.h"
 
 namespace TQTool {
 

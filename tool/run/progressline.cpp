@@ -1,4 +1,4 @@
-#include "output/progressline.h"
+#include "run/progressline.h"
 
 #include <cstdio>
 #include <string>
