@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fmt/format.h>
@@ -29,7 +30,7 @@ static_assert(std::atomic<const char*>::is_always_lock_free &&
                   std::atomic<int>::is_always_lock_free,
               "used in a signal handler");
 
-// Removes a directory, which is open as `directory`, and the files in it; false when
+// Removes a directory, which is open as `directory`, and what it holds; false when
 // something is left.
 bool RemoveDirectory(const char* path, int directory) {
   for (;;) {
@@ -82,13 +83,11 @@ PrivateDirectory::~PrivateDirectory() {
   }
 }
 
-std::vector<std::uintmax_t> PrivateDirectory::GetFileSizes() const {
-  std::vector<std::uintmax_t> sizes;
-  std::error_code error;  // what cannot be read has no right size
-  for (const auto& entry : std::filesystem::directory_iterator(fPath, error)) {
-    if (entry.path().filename() != kOwnerFile) sizes.push_back(entry.file_size(error));
-  }
-  return sizes;
+std::string PrivateDirectory::MakeSubdirectory(const std::string& name) const {
+  std::string path = fPath + "/" + name;
+  if (mkdirat(fDirectory.Get(), name.c_str(), S_IRWXU) == 0) return path;
+  throw ToolError(kFileSystem,
+                  fmt::format("{} cannot be made: {}", Quoted(path), std::strerror(errno)));
 }
 
 std::string PrivateDirectory::DefaultBase() {
@@ -99,6 +98,15 @@ std::string PrivateDirectory::DefaultBase() {
 void PrivateDirectory::RemoveFromSignalHandler() {
   const char* const path = gLivePath;
   if (path != nullptr) RemoveDirectory(path, gLiveDirectory);
+}
+
+std::vector<std::uintmax_t> FileSizesIn(const std::string& directory) {
+  std::vector<std::uintmax_t> sizes;
+  std::error_code error;  // what cannot be read has no right size
+  for (const auto& entry : std::filesystem::directory_iterator(directory, error)) {
+    if (entry.path().filename() != kOwnerFile) sizes.push_back(entry.file_size(error));
+  }
+  return sizes;
 }
 
 }  // namespace TQTool

@@ -35,6 +35,18 @@ bool IsOurs(int directory) {
          (status.st_mode & ALLPERMS) == S_IRWXU;
 }
 
+// Removes a directory and the files in it; false when it is something else or not empty then.
+bool RemoveSubdirectory(int parent, const char* name) {
+  const std::string_view text = name;
+  if (text == "." || text == "..") return false;
+  const int directory = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  if (directory < 0) return false;
+  while (RemoveFilesIn(directory)) {
+  }
+  close(directory);
+  return unlinkat(parent, name, AT_REMOVEDIR) == 0;
+}
+
 void RemoveIfStale(int base, const char* name) {
   const Descriptor directory(openat(base, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!directory.IsOpen() || !IsOurs(directory.Get())) return;
@@ -74,7 +86,10 @@ bool RemoveFilesIn(int directory) {
     if (size <= 0) return removedAny;
     for (long offset = 0; offset < size;) {
       const auto* const entry = reinterpret_cast<const dirent64*>(entries.data() + offset);
-      if (unlinkat(directory, entry->d_name, 0) == 0) removedAny = true;
+      if (unlinkat(directory, entry->d_name, 0) == 0 ||
+          RemoveSubdirectory(directory, entry->d_name)) {
+        removedAny = true;
+      }
       offset += entry->d_reclen;
     }
   }

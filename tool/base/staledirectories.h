@@ -12,8 +12,8 @@ inline constexpr char kPrivateName[] = "tqbin-XXXXXX";
 // symbolic links.  What cannot be removed stays: it is no run's business.
 void RemoveStaleDirectories(const std::string& base);
 
-// Removes the files in a directory, which is open; false when it removed none.  Safe in
-// a signal handler.
+// Removes the files in a directory, which is open, and the directories there with theirs; false
+// when it removed none.  Safe in a signal handler.
 bool RemoveFilesIn(int directory);
 
 }  // namespace TQTool

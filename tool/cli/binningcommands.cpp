@@ -16,6 +16,7 @@ namespace TQTool {
 namespace {
 
 constexpr int kMaxBins = 1000000;  // more than anybody reads
+constexpr int kMaxJobs = 1024;     // threads
 constexpr int kMaxInt = std::numeric_limits<int>::max();
 
 // What the command line holds before it is looked at more closely.
@@ -138,6 +139,13 @@ void AddSupervisedOptions(CLI::App& command, Options& options, RawOptions& raw) 
                   "from 0 to 1 (default: 0, never)")
       ->check(CheckFactor)
       ->type_name("F");
+  command
+      .add_option("-j,--jobs", options.jobs,
+                  "how many threads bin the columns, 0 for as many as there are processors "
+                  "(default: 1); the result is the same. For more than one the rows are held in "
+                  "memory; when they fill a quarter of it, the run goes on with one")
+      ->check(CLI::Range(0, kMaxJobs).description(""))
+      ->type_name("N");
 }
 
 void AddEqualFrequencyOptions(CLI::App& command, Options& options) {
@@ -181,6 +189,12 @@ std::vector<std::string> FindTargets(const Options& options) {
 // Completes the options by what was given as text; throws for what they cannot mean.
 void Interpret(const RawOptions& raw, Options& options) {
   CheckInputArguments(options.input);
+  if (options.jobs != 1 && options.settings.prebinThreshold != 0) {
+    // The library may look at what the column before left behind when it cuts at percentiles.
+    throw ToolError(kUsage,
+                    "--jobs does not go with --prebin-threshold, which takes one column after the "
+                    "other; leave one of them out");
+  }
   options.settings.weightRounding = raw.weightRounding;
   if (raw.weightRounding.empty()) {
     options.settings.weightRounding = options.settings.weightScale.empty() ? "closest" : "none";

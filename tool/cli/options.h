@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +33,9 @@ struct Options {
   bool isStrict = false;      // a column that was not cut as asked makes the exit code 1
   bool hasTimestamp = false;  // the model says when it was made
   std::string tempDir;        // empty for the default
+  // How many threads bin; 0 for as many as there are processors.
+  std::size_t jobs = 1;
+  std::optional<std::size_t> memoryForJobs;  // in bytes; none for the usual share
   OutputOptions output;
   ProgressKind progress = ProgressKind::kAuto;
 };

@@ -1,9 +1,12 @@
 #include "run/binningrun.h"
 
+#include <cstddef>
 #include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
@@ -11,8 +14,6 @@
 #include "base/notes.h"
 #include "base/plaintext.h"
 #include "base/privatedirectory.h"
-#include "base/signals.h"
-#include "base/statuswords.h"
 #include "base/toolerror.h"
 #include "base/version.h"
 #include "input/numbertext.h"
@@ -23,6 +24,7 @@
 #include "run/categoryorder.h"
 #include "run/columns.h"
 #include "run/freespace.h"
+#include "run/jobs.h"
 #include "run/progressline.h"
 #include "run/recordfeed.h"
 #include "run/resultcollector.h"
@@ -32,139 +34,54 @@
 namespace TQTool {
 namespace {
 
-using TQBinning::TQStatus;
-
-constexpr int kCasesPerReport = 50000;
-
-// What a binning method works with; everything is borrowed.
-struct Workplace {
-  const Options& options;
-  const Columns& columns;
-  BINVarList& list;
-  RecordFeed& records;
-  const PrivateDirectory& directory;
-  const std::string& inputName;
-};
-
-[[noreturn]] void ThrowStatus(const TQStatus& status, const std::string& inputName) {
-  switch (status.GetErrorCode()) {
-    case TQBinning::kNoCases:
-      throw ToolError(kInput, fmt::format("{}: {}", inputName, Describe(status)));
-    case TQBinning::kCannotAppend: throw ToolError(kFileSystem, Describe(status));
-    default: throw ToolError(kLibraryFailure, Describe(status));
-  }
-}
-
-// Runs `createBins` with standard output kept clean, then makes sure that the
-// cases reached the library and that its status lets the results be used.
-template <class CreateBins>
-TQStatus RunGuarded(const Workplace& work, const CreateBins& createBins) {
+// Runs the library with standard output kept clean, then makes sure that the cases
+// reached it.
+std::vector<LibraryResult> RunGuarded(const BinningTask& task) {
+  ProgressLine progress(task.feed, task.options.progress);
   OutputGuard guard;
-  const TQStatus status = createBins();
+  std::vector<LibraryResult> results = RunJobs(task, progress);
   const std::string printed = guard.Finish();
-  work.records.RethrowError();
-  ThrowIfCancelled();
-  if (status.IsError()) ThrowStatus(status, work.inputName);
   if (!printed.empty()) {
     throw ToolError(kFileSystem, fmt::format("the library could not read its temporary files "
                                              "({}); is somebody removing files from {}?",
-                                             Quoted(printed), work.directory.GetPath()));
+                                             Quoted(printed), task.directory.GetPath()));
   }
-  CheckFileSizes(work.directory.GetFileSizes(), work.records.GetFedData().cases, work.list.Size());
-  return status;
-}
-
-// The settings that both methods have.
-template <class Settings>
-void SetCommon(Settings& settings, const Workplace& work, SignalQuery& query,
-               ProgressLine& progress) {
-  settings.SetCancelPointer(&query);
-  settings.SetProgressListener(&progress);
-  settings.SetNSkippedCasesReports(kCasesPerReport);
-  settings.SetRightBorderClosed(work.options.settings.isRightClosed);
-  settings.SetTempDirName(work.directory.GetPath());
+  for (const LibraryResult& result : results) {
+    CheckFileSizes(result.fileSizes, task.feed.GetFedData().cases, result.numVariables);
+  }
+  return results;
 }
 
 // What the feed and the library's list know of a target.
-Target MakeTarget(const Workplace& work, std::size_t index, const std::vector<std::size_t>& order) {
+Target MakeTarget(const BinningTask& task, std::size_t index) {
   const int variable = TargetVariable(index);
-  const FedData& fed = work.records.GetFedData();
+  const FedData& fed = task.feed.GetFedData();
   Target target;
-  target.name = work.list.GetVarAt(variable)->GetVariableName();
+  target.name = task.list.GetVarAt(variable)->GetVariableName();
   target.missingCases = fed.withoutTarget[index];
-  target.missing = MissingRuleOf(target.name, work.options.userMissing);
+  target.missing = MissingRuleOf(target.name, task.options.userMissing);
   if (target.missingCases == fed.cases) {
     throw ToolError(kInput, fmt::format("{}: the target is missing in every row that counts; "
                                         "expected two categories at least; check {}, "
                                         "--missing-token and --user-missing",
-                                        work.inputName, Quoted(target.name)));
+                                        task.inputName, Quoted(target.name)));
   }
-  const std::vector<std::string> categories = CategoriesOf(work.list, variable);
-  for (const std::size_t c : order) target.categories.push_back(categories[c]);
+  const std::vector<std::string> categories = CategoriesOf(task.list, variable);
+  for (const std::size_t c : CategoryOrder(categories)) target.categories.push_back(categories[c]);
   return target;
 }
 
-// Adds the targets and, pair by pair, what came of them to the model.
-void CollectPairs(const Workplace& work, const BINOutput& results, Model& model) {
-  std::vector<std::vector<std::size_t>> orders;
-  for (std::size_t t = 0; t < work.columns.targets.size(); ++t) {
-    orders.push_back(CategoryOrder(CategoriesOf(work.list, TargetVariable(t))));
-    model.targets.push_back(MakeTarget(work, t, orders[t]));
+// Adds the targets and, pair by pair, what comes of them to the model.
+void BinPairs(const BinningTask& task, Model& model) {
+  model.attributes.resize(task.columns.pairs.size());
+  for (LibraryResult& result : RunGuarded(task)) {
+    if (!result.status.IsOK()) model.status = result.status;
+    for (std::size_t i = 0; i < result.pairs.size(); ++i) {
+      model.attributes[result.pairs[i]] = std::move(result.attributes.at(i));
+    }
   }
-  std::vector<BINAttributeTargetResults> all;  // in the order of the pairs
-  const TQStatus status = results.GetAllCutPoints(all);
-  if (status.IsError()) ThrowStatus(status, work.inputName);
-  for (const BINAttributeTargetResults& one : all) {
-    const auto target = static_cast<std::size_t>(one.GetTargetIndex());
-    model.attributes.push_back(
-        CollectResult(one, work.list, orders.at(target), work.options.settings.prebinThreshold));
-    model.attributes.back().target = target;
-  }
-}
-
-void BinSupervised(const Workplace& work, Model& model) {
-  SignalQuery query;
-  ProgressLine progress(work.records, work.options.progress);
-  BINSettings settings;
-  SetCommon(settings, work, query, progress);
-  settings.SetNumDistinctValueThreshold(work.options.settings.prebinThreshold);
-  settings.SetNumberOfBins(work.options.settings.prebinBins);
-  settings.SetSmallBinDetectionThreshold(work.options.settings.minBinFactor);
-
-  BINFactory factory;
-  const std::unique_ptr<IBINAlgorithm> algorithm(factory.CreateBINAlgorithm(settings, work.list));
-  ThrowIfCancelled();
-  if (algorithm == nullptr) ThrowStatus(factory.GetStatus(), work.inputName);
-  std::vector<int> attributes;
-  std::vector<int> targets;
-  for (const ColumnPair& pair : work.columns.pairs) {
-    attributes.push_back(AttributeVariable(work.columns, pair.attribute));
-    targets.push_back(TargetVariable(pair.target.value()));
-  }
-  model.status =
-      RunGuarded(work, [&] { return algorithm->CreateBins(work.records, &attributes, &targets); });
-  CollectPairs(work, algorithm->GetBinningResults(), model);
-}
-
-void BinEqualFrequency(const Workplace& work, Model& model) {
-  SignalQuery query;
-  ProgressLine progress(work.records, work.options.progress);
-  EFBINSettings settings;
-  SetCommon(settings, work, query, progress);
-  settings.SetNumberOfBins(work.options.settings.bins);
-
-  EFBINFactory factory;
-  const std::unique_ptr<IEFBINAlgorithm> algorithm(
-      factory.CreateEFBINAlgorithm(settings, work.list));
-  ThrowIfCancelled();
-  if (algorithm == nullptr) ThrowStatus(factory.GetStatus(), work.inputName);
-  model.status = RunGuarded(work, [&] { return algorithm->CreateBins(work.records, nullptr); });
-
-  std::vector<BINAttributeResults> all;
-  const TQStatus status = algorithm->GetBinningResults().GetAllCutPoints(all);
-  if (status.IsError()) ThrowStatus(status, work.inputName);
-  for (const BINAttributeResults& one : all) {
-    model.attributes.push_back(CollectResult(one, work.list));
+  for (std::size_t t = 0; t < task.columns.targets.size(); ++t) {
+    model.targets.push_back(MakeTarget(task, t));
   }
 }
 
@@ -230,7 +147,6 @@ Model RunBinning(const Options& options) {
   if (isWeighted) cases.emplace(directory.GetPath(), list.Size());
   RecordFeed records(table, columns, missing, list, FindWeightRule(options, missing));
   if (cases.has_value()) records.KeepCasesIn(*cases);
-  const Workplace work = {options, columns, list, records, directory, table.GetName()};
 
   Model model;
   model.toolVersion = kVersion;
@@ -240,11 +156,7 @@ Model RunBinning(const Options& options) {
   model.method = options.method;
   model.settings = options.settings;
   model.settings.weightMissing = MissingRuleOf(options.settings.weight, options.userMissing);
-  if (options.method == Method::kSupervised) {
-    BinSupervised(work, model);
-  } else {
-    BinEqualFrequency(work, model);
-  }
+  BinPairs({options, columns, list, records, directory, table.GetName()}, model);
   model.input = Summarize(records.GetFedData(), table);
   CheckArrival(model.attributes, records.GetFedData());
   NoteLargeWeights(options.settings, records.GetFedData());

@@ -33,21 +33,30 @@ ProgressLine::~ProgressLine() {
 
 void ProgressLine::Report(ProgressReport* report) {
   if (fKind == ProgressKind::kNone) return;
-  const bool isJson = fKind == ProgressKind::kJson;
-  const Clock::time_point now = Clock::now();
-  const bool isFirstColumn = fRecords.IsDone() && fNumBinned == 0;
-  if (isFirstColumn) fStart = fLast;  // nobody tells when reading ended
-  fLast = now;
-  const double seconds = std::chrono::duration<double>(now - fStart).count();
-  if (!fRecords.IsDone()) {
-    const auto rows = static_cast<std::uint64_t>(report->DiscreteMeasure("IndexVar"));
-    Show(isJson ? ReadingJson(rows, seconds) : kWipe + ReadingText(rows, seconds));
-    return;
+  if (fRecords.IsDone()) {
+    ShowBinned();
+  } else {
+    ShowRows(static_cast<std::uint64_t>(report->DiscreteMeasure("IndexVar")));
   }
+}
+
+void ProgressLine::ShowRows(std::uint64_t rows) {
+  if (fKind == ProgressKind::kNone || rows <= fNumRead) return;
+  fNumRead = rows;
+  fLast = Clock::now();
+  const double seconds = std::chrono::duration<double>(fLast - fStart).count();
+  Show(fKind == ProgressKind::kJson ? ReadingJson(rows, seconds)
+                                    : kWipe + ReadingText(rows, seconds));
+}
+
+void ProgressLine::ShowBinned() {
+  const std::lock_guard lock(fMutex);
+  if (fNumBinned == 0) fStart = fLast;  // nobody tells when reading ended
+  const double seconds = std::chrono::duration<double>(Clock::now() - fStart).count();
   const std::size_t of = fRecords.GetFedData().pairs.size();
   ++fNumBinned;
-  Show(isJson ? BinningJson(fNumBinned, of, seconds)
-              : kWipe + BinningText(fNumBinned, of, seconds));
+  Show(fKind == ProgressKind::kJson ? BinningJson(fNumBinned, of, seconds)
+                                    : kWipe + BinningText(fNumBinned, of, seconds));
 }
 
 }  // namespace TQTool

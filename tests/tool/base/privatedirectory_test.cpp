@@ -49,10 +49,28 @@ TEST(PrivateDirectory, GoesWithManyFiles) {
 
 TEST(PrivateDirectory, TellsTheSizesOfItsFiles) {
   const PrivateDirectory directory(testing::TempDir());
-  EXPECT_THAT(directory.GetFileSizes(), UnorderedElementsAre());
+  EXPECT_THAT(FileSizesIn(directory.GetPath()), UnorderedElementsAre());
   WriteFile(directory.GetPath() + "/a", 16);
   WriteFile(directory.GetPath() + "/b", 0);
-  EXPECT_THAT(directory.GetFileSizes(), UnorderedElementsAre(16, 0));
+  EXPECT_THAT(FileSizesIn(directory.GetPath()), UnorderedElementsAre(16, 0));
+}
+
+TEST(PrivateDirectory, GoesWithTheDirectoriesInItAndTheirFiles) {
+  std::string path;
+  {
+    const PrivateDirectory directory(testing::TempDir());
+    path = directory.GetPath();
+    for (const std::string name : {"1", "2"}) {
+      const std::string part = directory.MakeSubdirectory(name);
+      EXPECT_EQ(path + "/" + name, part);
+      WriteFile(part + "/a", 24);
+      WriteFile(part + "/b", 8);
+      EXPECT_THAT(FileSizesIn(part), UnorderedElementsAre(24, 8));
+    }
+    EXPECT_THAT(ErrorOf([&directory] { directory.MakeSubdirectory("2"); }),
+                StartsWith("4: '" + path + "/2' cannot be made"));
+  }
+  EXPECT_FALSE(fs::exists(path));
 }
 
 TEST(PrivateDirectory, TwoHaveDifferentNames) {
