@@ -1,5 +1,4 @@
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -9,7 +8,7 @@
 #include "support/memoryrecords.h"
 
 // What both drivers do when the host cancels, or when what the host has brought
-// misbehaves.
+// misbehaves.  Every single poll: pollingpoints_test.cpp.
 namespace {
 
 using support::CancelAtPoll;
@@ -24,7 +23,6 @@ using support::OK;
 using support::RecordingListener;
 using support::Rows;
 using support::SupervisedRun;
-using support::TextOf;
 using support::TQStatus;
 
 const Numbers k1To8{1, 2, 3, 4, 5, 6, 7, 8};
@@ -55,13 +53,6 @@ class EqualFrequencyExample : public EqualFrequencyRun {
 };
 
 template <typename Example>
-std::vector<std::string> TextsOfResults(Example& run) {
-  std::vector<std::string> texts;
-  for (const auto& result : run.Results()) texts.push_back(TextOf(result));
-  return texts;
-}
-
-template <typename Example>
 class Cancellation : public testing::Test {
  protected:
   // The polls of a run that nobody cancels.
@@ -72,43 +63,10 @@ class Cancellation : public testing::Test {
     EXPECT_EQ(OK(), run.CreateBins());
     return never.Polls();
   }
-  static std::vector<std::string> ResultsOfAWholeRun() {
-    Example run;
-    EXPECT_EQ(OK(), run.CreateBins());
-    return TextsOfResults(run);
-  }
 };
 
 using Examples = testing::Types<SupervisedExample, EqualFrequencyExample>;
 TYPED_TEST_SUITE(Cancellation, Examples);
-
-TYPED_TEST(Cancellation, IsPolledForEveryCaseAndBeforeAndAfterEveryAttribute) {
-  EXPECT_GE(this->PollsOfAWholeRun(), kCases + 2 * 2);
-}
-
-TYPED_TEST(Cancellation, AtAnyPollEndsTheRunForGoodAndLeavesNoFile) {
-  const int polls = this->PollsOfAWholeRun();
-  const std::vector<std::string> whole = this->ResultsOfAWholeRun();
-  for (int n = 1; n <= polls; ++n) {
-    SCOPED_TRACE(testing::Message() << "cancelled at poll " << n);
-    CancelAtPoll query(n);
-    TypeParam run;
-    run.settings.SetCancelPointer(&query);
-    // At the second poll the pass begins and has kept no case, which comes first.
-    EXPECT_EQ(n == 2 ? Error(120004) : Error(1), run.CreateBins());
-    EXPECT_EQ(Error(1), run.Algorithm().GetStatus());
-    EXPECT_EQ(Error(1), run.CreateBins());
-    EXPECT_EQ(n, query.Polls());  // once it has said yes it is never asked again
-
-    // Whatever was stored before is whole.
-    const std::vector<std::string> stored = TextsOfResults(run);
-    ASSERT_LE(stored.size(), whole.size());
-    for (std::size_t i = 0; i < stored.size(); ++i) EXPECT_EQ(whole[i], stored[i]);
-
-    run.DeleteAlgorithm();
-    EXPECT_TRUE(run.directory.IsEmpty());
-  }
-}
 
 TYPED_TEST(Cancellation, AfterTheLastPollIsNoCancellation) {
   CancelAtPoll query(this->PollsOfAWholeRun() + 1);
