@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include <fmt/format.h>
 
@@ -57,8 +58,10 @@ bool JsonNode::Flag() const {
 double JsonNode::Number() const {
   if (!fValue->is_number()) FailAsNot("a number");
   const double number = fValue->get<double>();
-  if (!std::isfinite(number)) FailAsNot("a finite number");
-  return number;
+  if (std::abs(number) >= std::numeric_limits<double>::max()) {
+    FailAsNot("a number between the two doubles farthest from zero");
+  }
+  return number + 0.0;  // turns -0.0 into 0.0 and nothing else
 }
 
 double JsonNode::NumberOr(double whenNull) const { return IsNull() ? whenNull : Number(); }

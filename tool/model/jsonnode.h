@@ -28,10 +28,12 @@ class JsonNode {
   bool IsNull() const { return fValue->is_null(); }
   std::string Text() const;
   bool Flag() const;
-  double Number() const;                   // a finite one
+  // A number as data hold them: not one of the two doubles farthest from zero, which mean
+  // missing and without bound, and never negative zero.
+  double Number() const;
   double NumberOr(double whenNull) const;  // the same, or null
   std::uint64_t WholeNumber() const;       // from 0, exactly representable
-  std::vector<double> Numbers() const;     // a list of finite numbers
+  std::vector<double> Numbers() const;     // a list of numbers
   std::vector<std::string> Texts() const;  // a list of texts
 
   // Throws ToolError (kInput) about this value.

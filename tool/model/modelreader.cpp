@@ -27,9 +27,17 @@ bool ReadIsRightClosed(const JsonNode& node) {
   return side == "right";
 }
 
+// A whole number that is kept in a narrower type.
+template <class Whole>
+Whole ReadWhole(const JsonNode& node) {
+  const std::uint64_t number = node.WholeNumber();
+  if (!std::in_range<Whole>(number)) node.Fail("the number is too large");
+  return static_cast<Whole>(number);
+}
+
 TQBinning::TQStatus ReadStatus(const JsonNode& node) {
   node.AllowOnly({"code", "severity", "words", "reason", "remedy"});
-  const auto code = static_cast<long>(node.At("code").WholeNumber());
+  const auto code = ReadWhole<long>(node.At("code"));
   const std::string severity = node.At("severity").Text();
   const TQBinning::TQStatus ok;
   for (const TQBinning::TQStatus& status :
@@ -85,16 +93,10 @@ void ReadWeight(const JsonNode& node, Settings& settings) {
   if (node.IsNull()) return;
   node.AllowOnly({"column", "rounding", "scale", "missing"});
   settings.weight = node.At("column").Text();
+  if (settings.weight.empty()) node.At("column").Fail("expected a name, or null for no weight");
   settings.weightRounding = ReadRounding(node.At("rounding"));
   settings.weightScale = TextOrEmpty(node.At("scale"));
   settings.weightMissing = ReadNumericRule(node.At("missing"));
-}
-
-// A whole number of a setting.
-int ReadInt(const JsonNode& node) {
-  const std::uint64_t number = node.WholeNumber();
-  if (number > std::numeric_limits<int>::max()) node.Fail("the number is too large");
-  return static_cast<int>(number);
 }
 
 Settings ReadSettings(const JsonNode& node, Method method) {
@@ -102,12 +104,12 @@ Settings ReadSettings(const JsonNode& node, Method method) {
   if (method == Method::kSupervised) {
     node.AllowOnly({"prebin_threshold", "prebin_bins", "min_bin_factor", "closed", "weight",
                     "missing_tokens"});
-    settings.prebinThreshold = ReadInt(node.At("prebin_threshold"));
-    settings.prebinBins = ReadInt(node.At("prebin_bins"));
+    settings.prebinThreshold = ReadWhole<int>(node.At("prebin_threshold"));
+    settings.prebinBins = ReadWhole<int>(node.At("prebin_bins"));
     settings.minBinFactor = node.At("min_bin_factor").Number();
   } else {
     node.AllowOnly({"bins", "closed", "weight", "missing_tokens"});
-    settings.bins = ReadInt(node.At("bins"));
+    settings.bins = ReadWhole<int>(node.At("bins"));
   }
   settings.isRightClosed = ReadIsRightClosed(node.At("closed"));
   ReadWeight(node.At("weight"), settings);
@@ -121,6 +123,7 @@ Target ReadTarget(const JsonNode& node) {
   Target target;
   target.name = node.At("name").Text();
   target.categories = node.At("categories").Texts();
+  if (target.categories.empty()) node.At("categories").Fail("expected a category at least");
   target.missingCases = node.At("missing_cases").WholeNumber();
   target.missing.texts = node.At("missing").At("values").Texts();
   return target;

@@ -1,6 +1,8 @@
 #include "model/modelreader.h"
 
+#include <cmath>
 #include <functional>
+#include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -72,6 +74,21 @@ TEST(ModelReader, DoublesComeBackAsTheyWere) {
     model.attributes[0].minimum = number;
     EXPECT_EQ(model, ReadModel(WriteModel(model), "m.json"));
   }
+}
+
+TEST(ModelReader, NumbersThatMeanMissingOrNoBoundAreRefused) {
+  const double largest = std::numeric_limits<double>::max();
+  for (const double number : {largest, -largest}) {
+    EXPECT_THAT(ErrorAfter([number](Json& m) { m["attributes"][0]["cuts"] = {number}; }),
+                HasSubstr("attributes[0].cuts[0]: '" + std::string(number < 0 ? "-" : "") +
+                          "1.7976931348623157e+308' where a number between the two doubles "
+                          "farthest from zero is expected"));
+  }
+}
+
+TEST(ModelReader, NegativeZeroIsZero) {
+  const Model model = Edited([](Json& m) { m["attributes"][0]["minimum"] = -0.0; });
+  EXPECT_FALSE(std::signbit(model.attributes[0].minimum));
 }
 
 TEST(ModelReader, CutPointTakenOutJoinsItsBins) {
@@ -184,8 +201,18 @@ TEST(ModelReader, ContradictionsAreNamedWithTheirPlace) {
               HasSubstr("method: 'magic' is no method"));
   EXPECT_THAT(ErrorAfter([](Json& m) { m["status"]["severity"] = "error"; }),
               HasSubstr("status.severity: 'error' does not go with code 0"));
+  EXPECT_THAT(ErrorAfter([](Json& m) {
+                m["status"] = {{"code", 9223372036854775808U}, {"severity", "warning"}};
+              }),
+              HasSubstr("status.code: the number is too large"));
   EXPECT_THAT(ErrorAfter([](Json& m) { m["targets"] = Json::array(); }),
               HasSubstr("targets: expected a target"));
+  EXPECT_THAT(ErrorAfter([](Json& m) { m["targets"][0]["categories"] = Json::array(); }),
+              HasSubstr("targets[0].categories: expected a category at least"));
+  EXPECT_THAT(ErrorAfter([](Json& m) {
+                m["settings"]["weight"] = {{"column", ""}, {"rounding", "none"}, {"scale", "mean"}};
+              }),
+              HasSubstr("settings.weight.column: expected a name, or null for no weight"));
 }
 
 }  // namespace
