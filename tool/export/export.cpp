@@ -6,6 +6,7 @@
 #include "base/toolerror.h"
 #include "export/binlist.h"
 #include "export/formats.h"
+#include "model/jsontext.h"
 
 namespace TQTool {
 namespace {
@@ -20,9 +21,19 @@ std::string Write(const BinList& list, ExportFormat format) {
   return WritePmml(list);
 }
 
+// Refuses what the command line gave in bytes that most of the languages cannot hold; what
+// comes from a model file is UTF-8.
+void CheckText(const char* option, const std::string& text) {
+  if (IsUtf8(text)) return;
+  throw ToolError(kUsage, fmt::format("{}: {} is not UTF-8; expected a name in that encoding",
+                                      option, Quoted(text)));
+}
+
 }  // namespace
 
 std::string ExportModel(const Model& model, const ExportOptions& options) {
+  CheckText("--table", options.table);
+  CheckText("--suffix", options.suffix);
   try {
     return Write(ListBins(model, options), options.format);
   } catch (const ToolError& error) {  // which knows the name at fault, but not the file

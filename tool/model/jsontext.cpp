@@ -117,6 +117,8 @@ Json ParseJson(const std::string& text, const std::string& name) {
   }
 }
 
+bool IsUtf8(const std::string& text) { return Json::parse(PrintScalar(text)) == text; }
+
 std::string PrintJson(const Json& value) {
   std::string text;
   Print(value, 0, text);
