@@ -45,6 +45,7 @@ bool CsvReader::Next() {
   fLine = fNextLine;
   if (fLine == 1) SkipByteOrderMark();
   while (!CutRow()) {
+    if (fEnd - fRow > fLimits.recordBytes) FailAtLongRow();
     if (!Refill() && fRow == fEnd) return false;
   }
   if (fNext - fRow > fLimits.recordBytes) FailAtLongRow();
@@ -221,7 +222,6 @@ bool CsvReader::Refill() {
     fNext -= std::min(fNext, kept);
     fMark -= std::min(fMark, kept);
   }
-  if (fEnd - fRow > fLimits.recordBytes) FailAtLongRow();
   if (fBuffer.size() - kSeparatorBlock - fEnd < kBlockSize) {
     fBuffer.resize(std::max(2 * (fBuffer.size() - kSeparatorBlock), fEnd + kBlockSize) +
                    kSeparatorBlock);

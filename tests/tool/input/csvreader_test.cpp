@@ -137,6 +137,14 @@ TEST(CsvReader, ColumnsAreCountedBehindAByteOrderMark) {
   EXPECT_EQ("f.csv:1:3", reader.LocateField(1));
 }
 
+TEST(CsvReader, AByteOrderMarkDoesNotCountAgainstTheLimitOfARow) {
+  for (const std::size_t blockSize : {1, 2, 100}) {
+    CsvReader reader(InBlocks("\xEF\xBB\xBF\n", blockSize), "f.csv", ',', {1, 10});
+    EXPECT_TRUE(reader.Next());
+    EXPECT_FALSE(reader.Next());
+  }
+}
+
 TEST(CsvReader, FieldsWithDoubledQuotesAreLocatedAtTheirQuote) {
   CsvReader reader = ReaderOf("a,\"b\"\"\",\"\"\"c\",\"d\"\r\n");
   ASSERT_TRUE(reader.Next());
