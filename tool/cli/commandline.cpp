@@ -51,7 +51,7 @@ std::string Suggestion(const std::string& wanted, const CLI::App& command) {
         fmt::format("no command is named; expected one of {}", fmt::join(CommandNames(app), ", "));
   }
   std::replace(message.begin(), message.end(), '\n', ' ');
-  throw ToolError(kUsage, fmt::format("{}; see {}", message, help));
+  throw ToolError(kUsage, fmt::format("{}; see {}", Printable(message), help));
 }
 
 }  // namespace

@@ -262,5 +262,10 @@ TEST(Options, HelpFitsATerminal) {
   }
 }
 
+TEST(CommandLine, WhatWasGivenCannotSteerATerminal) {
+  EXPECT_THAT(ErrorOfSupervised({"--prebin-threshold", "1\x1b[2J"}),
+              StartsWith("2: --prebin-threshold: Value 1\\x1b[2J not in range"));
+}
+
 }  // namespace
 }  // namespace TQTool
