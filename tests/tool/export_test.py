@@ -350,6 +350,14 @@ class Export(unittest.TestCase):
         rows = [[value] * len(short["attributes"]) for value in values]
         self.check_databases(path, short, rows, "TEXT", [self.postgres.run], table='x" y\'; --')
 
+    def test_blanks_and_tabs_around_a_text_do_not_count(self):
+        rule = {"values": [], "range": None}
+        path, model = self.hand_made([("a", [1.5], "right", None, rule)])
+        texts = ["NA", "\tNA ", "\t", " \t ", "\t1", " 2\t"]
+        self.check_programs(path, model, lambda _: texts)
+        self.check_databases(path, model, [[text] for text in texts], "TEXT",
+                             [run_in_sqlite, self.postgres.run])
+
     def test_a_row_of_python(self):
         path, _ = self.make_model("supervised", DATA / "iris.csv", "--target", "species",
                                   "--attribute", "petal_length")

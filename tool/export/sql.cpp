@@ -44,7 +44,8 @@ std::string MissingBranches(const ExportColumn& column, const BinList& list,
     texts += (texts.empty() ? "" : ", ") + Literal(token);
   }
   if (!texts.empty()) {
-    text += When(fmt::format("TRIM(CAST({} AS TEXT)) IN ({})", value, texts), "NULL");
+    // Unless it is told, TRIM takes no tab for a blank.
+    text += When(fmt::format("TRIM(CAST({} AS TEXT), ' \t') IN ({})", value, texts), "NULL");
   }
   text += When(fmt::format("NOT ({0} > {1} AND {0} < {2})", number, -kNumberLimit, kNumberLimit),
                "NULL");
