@@ -234,6 +234,15 @@ class ValuesSource : public TQTool::Source {
 
 using Table = std::vector<std::vector<std::string>>;
 
+std::string TextOf(const Table& table) {
+  std::string text;
+  for (const std::vector<std::string>& row : table) {
+    for (const std::string& field : row) text += "'" + field + "' ";
+    text += '\n';
+  }
+  return text;
+}
+
 // The names and bins that `apply` gives.
 Table Applied(const Maker& maker, const std::vector<std::vector<Value>>& rows) {
   TQTool::ApplyOptions options;
@@ -351,7 +360,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
   }
   Fill(database, maker, rows);
-  Require(Queried(database, query, maker.GetModel().attributes.size()) == Applied(maker, rows),
-          "bins that the data base and `apply` give differently");
+  const Table queried = Queried(database, query, maker.GetModel().attributes.size());
+  const Table applied = Applied(maker, rows);
+  if (queried != applied) {
+    Require(false, "bins that the data base and `apply` give differently:\n" + query +
+                       "in the data base:\n" + TextOf(queried) + "applied:\n" + TextOf(applied));
+  }
   return 0;
 }

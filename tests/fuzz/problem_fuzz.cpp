@@ -64,15 +64,16 @@ class Maker {
     bool hasWeight = false;
     for (std::size_t i = 0; i < count; ++i) {
       const std::uint8_t kind = fBytes.Byte();
-      if (kind % 8 < 4) {
-        fProblem.variables.push_back(MakeContinuous());
-      } else if (kind % 8 < 7) {
-        const bool isTarget = kind % 8 < 6 && !hasTarget;
+      const bool isTarget = kind % 8 >= 4 && kind % 8 < 6 && !hasTarget;
+      const bool isCategory = kind % 8 == 6 && !NeedsDistinctValues();  // an attribute too
+      if (isTarget || isCategory) {
         fProblem.variables.push_back(MakeCategorical(isTarget));
         hasTarget = hasTarget || isTarget;
-      } else if (!hasWeight) {
+      } else if (kind % 8 == 7 && !hasWeight) {
         fProblem.variables.push_back(MakeWeight());
         hasWeight = true;
+      } else {
+        fProblem.variables.push_back(MakeContinuous());
       }
     }
   }
