@@ -8,8 +8,9 @@ namespace TQBinning {
 namespace {
 
 double TimesItsLog(std::uint64_t n) {
+  if (n < 2) return 0.0;
   const auto x = static_cast<double>(n);
-  return n < 2 ? 0.0 : x * std::log2(x);
+  return x * std::log2(x);
 }
 
 }  // namespace

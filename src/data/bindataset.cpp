@@ -118,6 +118,7 @@ class ColumnBlocks {
   static constexpr std::size_t kSize = 8192;
 
   // `reader` is borrowed and may be null, for a column that does not exist.
+  // cppcheck-suppress uninitMemberVar ; values are read before they are looked at
   explicit ColumnBlocks(BinaryRecordIterator* reader) : fReader(reader) {}
 
   // The number of values that were there, at most `count`; behind them come zeros.

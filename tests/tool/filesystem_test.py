@@ -126,14 +126,16 @@ class FileSystem(unittest.TestCase):
         self.assertEqual([data], list(self.temporary.iterdir()))
 
     def test_a_full_file_system_is_noticed(self):
-        # A limit on file sizes, at every size from nothing to enough.
-        arguments = [TOOL, "equal-frequency", str(DATA / "diamonds.csv"), "--bins", "4"]
+        # A limit on file sizes, at every size from nothing to enough.  The thread sanitizer
+        # would meet it with a file of its own below TMPDIR.
+        arguments = [TOOL, "equal-frequency", str(DATA / "diamonds.csv"), "--bins", "4",
+                     "--temp-dir", str(self.temporary)]
         good = subprocess.run(arguments, capture_output=True, check=True).stdout
         outcomes = set()
         for limit in (0, 8, 79999, 80000, 100000, 431519, 431520, 500000):
             done = subprocess.run(
                 arguments, capture_output=True, check=False,
-                env={**os.environ, "TMPDIR": str(self.temporary)},
+                env={**os.environ, "TMPDIR": "/nonexistent"},
                 preexec_fn=lambda n=limit: resource.setrlimit(resource.RLIMIT_FSIZE, (n, n)))
             expected = (0, good) if limit >= 53940 * 8 else (4, b"")
             self.assertEqual(expected, (done.returncode, done.stdout), limit)

@@ -165,12 +165,14 @@ class Binner {
   }
 
   const std::string* RefuseOrMissing(const BinColumn& bin, std::string_view text) const {
-    if (fOptions.notNumber == OddValue::kMissing) return nullptr;
-    fData.FailAtField(bin.column,
-                      fmt::format("{} in column {} is not a finite number; expected a number or a "
+    if (fOptions.notNumber != OddValue::kMissing) {
+      fData.FailAtField(
+          bin.column, fmt::format("{} in column {} is not a finite number; expected a number or a "
                                   "missing-value text; correct it, declare it missing with "
                                   "--missing-token, or take --not-number missing",
                                   Quoted(text), Quoted(bin.attribute->name)));
+    }
+    return nullptr;
   }
 
   const Source& fData;

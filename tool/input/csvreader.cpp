@@ -125,7 +125,8 @@ void CsvReader::AddField(const char* begin, const char* end) {
 }
 
 void CsvReader::AddUnescaped(std::size_t begin, std::size_t end) {
-  std::string& text = fUnescaped.emplace_back(Unescaped{fNumFields, begin, {}}).text;
+  fUnescaped.push_back({fNumFields, begin, {}});
+  std::string& text = fUnescaped.back().text;
   for (std::size_t i = begin; i < end; ++i) {
     text += fBuffer[i];
     if (fBuffer[i] == '"') ++i;  // the second one of two
