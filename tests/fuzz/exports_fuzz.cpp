@@ -327,7 +327,7 @@ Table Queried(Database& database, const std::string& query, std::size_t columns)
 }
 
 // The bins in a language; empty when it has no way to write them.
-std::string Exported(const Maker& maker, TQTool::ExportFormat format) {
+std::string Exported(const Maker& maker, const TQTool::ExportFormat& format) {
   TQTool::ExportOptions options = maker.Options();
   options.format = format;
   try {
@@ -344,11 +344,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Bytes bytes(data, size);
   Database database;
   Maker maker(bytes, database);
-  for (const auto format :
-       {TQTool::ExportFormat::kPython, TQTool::ExportFormat::kC, TQTool::ExportFormat::kPmml}) {
-    Exported(maker, format);
+  std::string query;  // of the one language that reads a table, SQL
+  for (const TQTool::ExportFormat& format : TQTool::kExportFormats) {
+    const std::string text = Exported(maker, format);
+    if (format.readsTable) query = text;
   }
-  const std::string query = Exported(maker, TQTool::ExportFormat::kSql);
   if (query.empty()) return 0;
 
   constexpr std::size_t kMostRows = 32;

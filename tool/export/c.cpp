@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "export/binlist.h"
 #include "export/formats.h"
 
 namespace TQTool {

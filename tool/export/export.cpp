@@ -5,21 +5,10 @@
 #include "base/plaintext.h"
 #include "base/toolerror.h"
 #include "export/binlist.h"
-#include "export/formats.h"
 #include "model/jsontext.h"
 
 namespace TQTool {
 namespace {
-
-std::string Write(const BinList& list, ExportFormat format) {
-  switch (format) {
-    case ExportFormat::kSql: return WriteSql(list);
-    case ExportFormat::kPython: return WritePython(list);
-    case ExportFormat::kC: return WriteC(list);
-    case ExportFormat::kPmml: break;
-  }
-  return WritePmml(list);
-}
 
 // Refuses what the command line gave in bytes that most of the languages cannot hold; what
 // comes from a model file is UTF-8.
@@ -35,7 +24,7 @@ std::string ExportModel(const Model& model, const ExportOptions& options) {
   CheckText("--table", options.table);
   CheckText("--suffix", options.suffix);
   try {
-    return Write(ListBins(model, options), options.format);
+    return options.format.write(ListBins(model, options));
   } catch (const ToolError& error) {  // which knows the name at fault, but not the file
     throw ToolError(error.GetExitCode(),
                     fmt::format("{}: {}", Printable(options.model), error.what()));

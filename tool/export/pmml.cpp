@@ -6,6 +6,7 @@
 #include "base/plaintext.h"
 #include "base/toolerror.h"
 #include "base/version.h"
+#include "export/binlist.h"
 #include "export/formats.h"
 
 namespace TQTool {

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "export/binlist.h"
 #include "export/formats.h"
 #include "model/jsontext.h"
 

@@ -2,6 +2,7 @@
 
 #include "base/plaintext.h"
 #include "base/toolerror.h"
+#include "export/binlist.h"
 #include "export/formats.h"
 
 namespace TQTool {

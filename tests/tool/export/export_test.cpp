@@ -10,8 +10,7 @@ namespace TQTool {
 namespace {
 
 TEST(Export, NamesThatAreNotUtf8AreRefusedInEveryLanguage) {
-  for (const ExportFormat format :
-       {ExportFormat::kSql, ExportFormat::kPython, ExportFormat::kC, ExportFormat::kPmml}) {
+  for (const ExportFormat& format : kExportFormats) {
     ExportOptions options;
     options.format = format;
     options.suffix = "_\xC3\xBC";  // two bytes of one character
