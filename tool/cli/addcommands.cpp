@@ -20,6 +20,13 @@ CLI::App& AddCommand(CLI::App& app, const std::string& name, const std::string& 
   return command;
 }
 
+void AddModelArgument(CLI::App& command, std::string& model, const std::string& help) {
+  const auto checkPath = [](const std::string& path) -> std::string {
+    return path.empty() ? "the path is empty; expected a model file" : "";
+  };
+  command.add_option("MODEL", model, help)->required()->check(checkPath)->type_name("");
+}
+
 void AddOutputOption(CLI::App& command, std::string& output) {
   command
       .add_option("-o,--output", output,

@@ -29,6 +29,9 @@ void AddShellCommands(CLI::App& app, std::string& answer);
 // A new command, with what every command that reads files has.
 CLI::App& AddCommand(CLI::App& app, const std::string& name, const std::string& description);
 
+// What every command that reads a model has.
+void AddModelArgument(CLI::App& command, std::string& model, const std::string& help);
+
 // What every command that writes has.
 void AddOutputOption(CLI::App& command, std::string& output);
 

@@ -7,9 +7,7 @@ namespace TQTool {
 namespace {
 
 void AddReadingOptions(CLI::App& command, ApplyOptions& options) {
-  command.add_option("MODEL", options.model, "model file that tqbin wrote")
-      ->required()
-      ->type_name("");
+  AddModelArgument(command, options.model, "model file that tqbin wrote");
   AddInputArguments(command, options.input);
   command
       .add_option("-a,--attribute", options.attributes,

@@ -39,9 +39,7 @@ void AddExportCommand(CLI::App& app, const Commands& commands, Action& action) {
   CLI::App& command =
       AddCommand(app, "export", fmt::format("Writes the bins of a model as {}.", Languages()));
   const auto options = std::make_shared<ExportOptions>();
-  command.add_option("MODEL", options->model, "model file, or - for standard input")
-      ->required()
-      ->type_name("");
+  AddModelArgument(command, options->model, "model file, or - for standard input");
   AddFormatOption(command, options->format);
   CLI::Option* const table =
       command.add_option("--table", options->table, "sql: the table to read (default: data)")

@@ -11,9 +11,7 @@ std::shared_ptr<ModelOptions> AddModelCommand(CLI::App& app, const char* name, c
                                               Action& action) {
   CLI::App& command = AddCommand(app, name, help);
   auto options = std::make_shared<ModelOptions>();
-  command.add_option("MODEL", options->model, "model file, or - for standard input")
-      ->required()
-      ->type_name("");
+  AddModelArgument(command, options->model, "model file, or - for standard input");
   command.callback(
       [options, &run, &action] { action = [options, &run] { return run(*options); }; });
   return options;
