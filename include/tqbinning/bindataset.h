@@ -12,6 +12,12 @@
 
 class BINDataPreparator;
 
+namespace TQBinning {
+class CaseSorter;
+struct SortMemory;
+struct SortedValues;
+}  // namespace TQBinning
+
 namespace TQCommon {
 class RecordIterator;
 }
@@ -76,10 +82,27 @@ class TQBINNING_EXPORT BINDataSet {
   };
   using Reader = std::unique_ptr<TQBinning::BinaryRecordIterator, ReaderDeleter>;
 
+  friend class EFBINAlgorithm;
+
+  // As GetAttribute, for a caller to whom sorted values are enough: where they say the same as
+  // tuples (all cases valid, of weight 1, without a target) these are not written, and `sorted`
+  // is not empty.  It is valid until the next call.
+  TQBINNING_HIDDEN TQBinning::TQStatus GetSorted(unsigned int attribute,
+                                                 std::vector<EFBINDataTuple>*& tuples,
+                                                 TQBinning::SortedValues& sorted);
+  TQBINNING_HIDDEN bool WriteTuples();
+  TQBINNING_HIDDEN void WriteTail(const TQBinning::SortMemory& memory);
   int ColumnOf(unsigned int variable) const;
   Reader OpenColumn(int column) const;
   TQBinning::TQStatus AllocateTuples();
   TQBINNING_HIDDEN bool ReadTuples(unsigned int column);
+  TQBINNING_HIDDEN bool TakeIn(TQBinning::CaseSorter& sorter, unsigned int column);
+  template <typename Intake>
+  TQBINNING_HIDDEN bool TakeInValues(Intake& intake, unsigned int column);
+  template <typename Tuple>
+  TQBINNING_HIDDEN bool SortInto(std::vector<Tuple>& tuples, unsigned int column,
+                                 TQBinning::CaseSorter& sorter, TQBinning::SortMemory& memory);
+  TQBINNING_HIDDEN void ForgetAttribute();
   template <typename Store>
   TQBINNING_HIDDEN bool ReadColumn(unsigned int column, Store store);
   template <typename Tuple>
@@ -108,4 +131,5 @@ class TQBINNING_EXPORT BINDataSet {
   int fWeightColumn;  // -1 without a weight
   double fMinimum;
   double fMaximum;
+  int fUnwrittenColumn;  // whose sorted values fUnsupervisedTuples stands for; -1: none
 };

@@ -5,6 +5,10 @@
 #include "tqbinning/bindatatuple.h"
 #include "tqbinning/export.h"
 
+namespace TQBinning {
+struct SortedValues;
+}
+
 // Equal-frequency cut points of a sorted tuple vector: a cut wherever the
 // cumulative weight reaches the next multiple of 100 / bins percent of the total.
 // A run of equal values is never split.  Owns nothing.
@@ -37,6 +41,11 @@ class TQBINNING_EXPORT BINEFPreProcess {
   double GetPercentile(std::vector<double>& cutPoints, std::vector<double>& frequencies,
                        double percent, unsigned int& index, double& cumulative,
                        double& previousCumulative, const double& totalWeight);
+
+  // The same as for the unsupervised tuples of these values, sorted, with the weight 1 each.
+  TQBINNING_HIDDEN bool FindCutPts(const TQBinning::SortedValues& sorted,
+                                   std::vector<double>& cutPoints,
+                                   std::vector<double>& frequencies) const;
 
  private:
   bool fIncludeUpper;

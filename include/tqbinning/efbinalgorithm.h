@@ -19,6 +19,10 @@ class BINEFPreProcess;
 class ProgressListener;
 class TQQueryCancel;
 
+namespace TQBinning {
+struct SortedValues;
+}
+
 namespace TQCommon {
 class RecordIterator;
 }
@@ -78,9 +82,10 @@ class TQBINNING_EXPORT EFBINAlgorithm : public IEFBINAlgorithm {
   TQBinning::TQStatus RunAlgorithm(unsigned int attributeIndex);
 
   TQBinning::TQStatus CheckAttribute(int attribute) const;
-  TQBinning::TQStatus BinCurrentAttribute(unsigned int attributeIndex,
-                                          std::vector<double>& cutPoints,
-                                          std::vector<double>& counts);
+  TQBINNING_HIDDEN TQBinning::TQStatus BinCurrentAttribute(unsigned int attributeIndex,
+                                                           const TQBinning::SortedValues& sorted,
+                                                           std::vector<double>& cutPoints,
+                                                           std::vector<double>& counts);
 
   unsigned long fRecordCount;  // valid cases of the current attribute
   bool fRightBorderClosed;

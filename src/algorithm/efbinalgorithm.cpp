@@ -9,6 +9,7 @@
 #include "common/lineend.h"
 #include "common/raise.h"
 #include "common/runmemory.h"
+#include "data/sortedvalues.h"
 #include "data/sortmemory.h"
 #include "tqbinning/bindatapreparator.h"
 #include "tqbinning/bindataset.h"
@@ -135,10 +136,11 @@ TQStatus EFBINAlgorithm::RunAlgorithm(unsigned int attributeIndex) {
     AttributeSummary summary;
     summary.minimum = TQMV::gMissingValue;  // kept when the attribute cannot be read
     summary.maximum = TQMV::gMissingValue;
-    status = fDataSet->GetAttribute(attributeIndex, fTuples);
+    SortedValues sorted;
+    status = fDataSet->GetSorted(attributeIndex, fTuples, sorted);
     if (!status.IsError()) {
       summary = SummaryOf(*fDataSet);
-      status = BinCurrentAttribute(attributeIndex, cutPoints, counts);
+      status = BinCurrentAttribute(attributeIndex, sorted, cutPoints, counts);
     }
     (void)fOutput.SetAttributeResults(
         status, cutPoints, counts, static_cast<int>(attributeIndex), summary.nDistinctValues,
@@ -152,15 +154,20 @@ TQStatus EFBINAlgorithm::RunAlgorithm(unsigned int attributeIndex) {
   return status;
 }
 
-// Bins what the data set has just read.
+// Bins what the data set has just read: `sorted`, or the tuples when there are none.
 TQStatus EFBINAlgorithm::BinCurrentAttribute(unsigned int attributeIndex,
+                                             const SortedValues& sorted,
                                              std::vector<double>& cutPoints,
                                              std::vector<double>& counts) {
   fRecordCount = fDataSet->GetNumberOfValidTuples();
   if (fRecordCount == 0) return Warning(kNoValidCase);
 
-  fPreProcess->EFCreatePercentileCutPts(fTuples, cutPoints, counts,
-                                        fDataSet->GetValidWeightTotal());
+  if (!sorted.values.empty()) {
+    fPreProcess->FindCutPts(sorted, cutPoints, counts);
+  } else {
+    fPreProcess->EFCreatePercentileCutPts(fTuples, cutPoints, counts,
+                                          fDataSet->GetValidWeightTotal());
+  }
   if (fDataSet->GetNumberOfDistinctValues() == 1) {
     return WithDatum(Warning(kOneDistinctValue), attributeIndex);
   }

@@ -13,6 +13,9 @@ class RunMemory {
   RunMemory& operator=(const RunMemory&) = delete;
   ~RunMemory() { fCurrent = fOuter; }
 
+  // Whether there is a scope on this thread.
+  static bool IsOpen() { return fCurrent != nullptr; }
+
   // Calls `use` with the memory of the innermost scope; without one, with memory of
   // its own.
   template <typename Use>

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <exception>
 #include <span>
+#include <utility>
 
 #include "common/categorycode.h"
 #include "common/missing.h"
 #include "common/raise.h"
 #include "common/runmemory.h"
 #include "data/casesorter.h"
+#include "data/sortedvalues.h"
 #include "data/tuplesort.h"
 #include "tqbinning/bindatapreparator.h"
 #include "tqbinning/binvarlist.h"
@@ -33,7 +35,8 @@ BINDataSet::BINDataSet(TQCommon::RecordIterator& source, BINDataPreparator& prep
       fTargetColumn(0),
       fWeightColumn(-1),
       fMinimum(TQMV::gMissingValue),
-      fMaximum(TQMV::gMissingValue) {}
+      fMaximum(TQMV::gMissingValue),
+      fUnwrittenColumn(-1) {}
 
 BINDataSet::~BINDataSet() = default;
 
@@ -129,6 +132,16 @@ class ColumnBlocks {
   }
   double operator[](std::size_t i) const { return fValues[i]; }
 
+  // Takes what is missing out of the first `count` values read: those that remain.
+  std::span<const double> KeepValid(std::size_t count) {
+    double* end = fValues + count;
+    // Counted first, which needs no branches, as most columns have nothing to take out.
+    if (std::count(fValues, end, TQMV::gMissingValue) != 0) {
+      end = std::remove(fValues, end, TQMV::gMissingValue);
+    }
+    return {fValues, end};
+  }
+
  private:
   BinaryRecordIterator* fReader;
   double fValues[kSize];
@@ -199,7 +212,9 @@ bool BINDataSet::ReadColumn(unsigned int column, Store store) {
 }
 
 TQStatus BINDataSet::ReadNextAttribute(unsigned int column) {
-  (void)ReadTuples(column);  // GetAttribute, for which it is done, tells of the disk
+  // GetAttribute, for which it is done, tells of the disk.
+  (void)WriteTuples();
+  (void)ReadTuples(column);
   return TQStatus();
 }
 
@@ -215,42 +230,126 @@ bool BINDataSet::ReadTuples(unsigned int column) {
   });
 }
 
+// Reads a column's valid cases into a sorter, where a case is its value, which can be done
+// block by block.  False when the disk failed.
+template <typename Intake>
+bool BINDataSet::TakeInValues(Intake& intake, unsigned int column) {
+  const Reader reader = OpenColumn(static_cast<int>(column));
+  ColumnBlocks blocks(reader.get());
+  std::size_t cases = 0;
+  std::size_t validCases = 0;
+  while (const std::size_t count = blocks.Read(ColumnBlocks::kSize)) {
+    std::span<const double> valid = blocks.KeepValid(count);
+    valid = valid.first(std::min(valid.size(), fNumberOfCases - validCases));
+    intake.AddAll(valid);
+    cases += count;
+    validCases += valid.size();
+  }
+  fNumberOfValidTuples = static_cast<unsigned int>(validCases);
+  fWeightTotal = static_cast<double>(cases);
+  fValidWeightTotal = static_cast<double>(validCases);
+  return IsWhole(reader.get());
+}
+
+// The same for cases of any kind.
+bool BINDataSet::TakeIn(CaseSorter& sorter, unsigned int column) {
+  CaseSorter::Intake intake(sorter);
+  if (!fTargetReader && !fWeightReader) return TakeInValues(intake, column);
+  return ReadColumn(column, [&](std::size_t, double value, double target, double weight) {
+    intake.Add(value, CategoryCode(target), weight);
+  });
+}
+
+// Sorts what was taken in from a column into tuples.  False when the disk failed.
+template <typename Tuple>
+bool BINDataSet::SortInto(std::vector<Tuple>& tuples, unsigned int column, CaseSorter& sorter,
+                          SortMemory& memory) {
+  bool isRead = true;
+  const auto valid = [&] { return std::span(tuples).first(fNumberOfValidTuples); };
+  if (sorter.IsSuitable()) {
+    fNumberOfDistinctValues = sorter.Sort(valid());
+  } else {
+    isRead = ReadTuples(column);
+    SortByValue(valid(), memory);
+    fNumberOfDistinctValues = CountDistinct<Tuple>(valid());
+  }
+  if (fNumberOfValidTuples == 0) return isRead;
+  fMinimum = tuples.front().value;
+  fMaximum = tuples[fNumberOfValidTuples - 1].value;
+  return isRead;
+}
+
+void BINDataSet::ForgetAttribute() {
+  fNumberOfDistinctValues = 0;
+  fMinimum = TQMV::gMissingValue;
+  fMaximum = TQMV::gMissingValue;
+}
+
 // Reads a column's valid cases into sorted tuples.  A vector that is absent (tuples of
 // the other kind are kept) holds none.  False when the disk failed.
 template <typename Tuple>
 bool BINDataSet::ReadSorted(unsigned int column, std::vector<Tuple>* tuples) {
-  fNumberOfDistinctValues = 0;
-  fMinimum = TQMV::gMissingValue;
-  fMaximum = TQMV::gMissingValue;
+  ForgetAttribute();
   if (tuples == nullptr) return ReadColumn(column, Forget);
 
   bool isRead = false;
   RunMemory<SortMemory>::With([&](SortMemory& memory) {
     CaseSorter sorter(memory, fNumberOfCases);
-    {
-      CaseSorter::Intake intake(sorter);
-      isRead = ReadColumn(column, [&](std::size_t, double value, double target, double weight) {
-        intake.Add(value, CategoryCode(target), weight);
-      });
-    }
-    const auto valid = [&] { return std::span(*tuples).first(fNumberOfValidTuples); };
-    if (sorter.IsSuitable()) {
-      fNumberOfDistinctValues = sorter.Sort(valid());
-    } else {
-      isRead = ReadTuples(column) && isRead;
-      SortByValue(valid(), memory);
-      fNumberOfDistinctValues = CountDistinct<Tuple>(valid());
-    }
+    isRead = TakeIn(sorter, column);
+    isRead = SortInto(*tuples, column, sorter, memory) && isRead;
   });
-  if (fNumberOfValidTuples == 0) return isRead;
-  fMinimum = tuples->front().value;
-  fMaximum = (*tuples)[fNumberOfValidTuples - 1].value;
   return isRead;
+}
+
+// Writes the tuples that have been left unwritten.  False when the disk failed.
+bool BINDataSet::WriteTuples() {
+  const int column = std::exchange(fUnwrittenColumn, -1);
+  return column < 0 || ReadSorted(static_cast<unsigned int>(column), fUnsupervisedTuples.get());
+}
+
+// Writes those behind the current attribute's, which its own will not cover.
+void BINDataSet::WriteTail(const SortMemory& memory) {
+  if (std::exchange(fUnwrittenColumn, -1) < 0) return;
+  for (std::size_t i = fNumberOfValidTuples; i < fUnsupervisedTuples->size(); ++i) {
+    (*fUnsupervisedTuples)[i] = {memory.values[1][i], 1.0};
+  }
+}
+
+TQStatus BINDataSet::GetSorted(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples,
+                               SortedValues& sorted) {
+  sorted = {};
+  if (fTargetReader || fWeightReader || !fUnsupervisedTuples || !RunMemory<SortMemory>::IsOpen()) {
+    return GetAttribute(attribute, tuples);
+  }
+  tuples = nullptr;
+  const int column = ColumnOf(attribute);
+  bool isRead = false;
+  RunMemory<SortMemory>::With([&](SortMemory& memory) {
+    if (memory.sortedFor != this && !WriteTuples()) return;
+    ForgetAttribute();
+    CaseSorter sorter(memory, fNumberOfCases);
+    isRead = TakeIn(sorter, static_cast<unsigned int>(column));
+    if (!sorter.IsSuitable() || fNumberOfValidTuples != fUnsupervisedTuples->size()) {
+      WriteTail(memory);
+      isRead = SortInto(*fUnsupervisedTuples, static_cast<unsigned int>(column), sorter, memory) &&
+               isRead;
+      return;
+    }
+    sorted.values = sorter.SortValues(fNumberOfDistinctValues);
+    fMinimum = sorted.values.front();
+    fMaximum = sorted.values.back();
+    fUnwrittenColumn = column;
+    memory.sortedFor = this;
+  });
+  if (!isRead) return Error(kResourceFailure);
+  tuples = fUnsupervisedTuples.get();
+  return TQStatus();
 }
 
 TQStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples) {
   tuples = nullptr;
-  if (!ReadSorted(static_cast<unsigned int>(ColumnOf(attribute)), fUnsupervisedTuples.get())) {
+  if (!WriteTuples() ||
+      !ReadSorted(static_cast<unsigned int>(ColumnOf(attribute)), fUnsupervisedTuples.get())) {
     return Error(kResourceFailure);
   }
   tuples = fUnsupervisedTuples.get();
@@ -260,6 +359,7 @@ TQStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataT
 TQStatus BINDataSet::GetAttribute(unsigned int attribute, unsigned int target,
                                   std::vector<BINDataTuple>*& tuples) {
   tuples = nullptr;
+  if (!WriteTuples()) return Error(kResourceFailure);
   bool isValid = false;
   const TQStatus validity = IsValidTarget(static_cast<int>(target), isValid);
   if (validity.IsError() || !isValid) return Error(kTargetNotUsable);

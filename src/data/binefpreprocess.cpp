@@ -4,7 +4,10 @@
 #include <cmath>
 #include <span>
 
+#include "data/sortedvalues.h"
 #include "tqcommon/missingvalue.h"
+
+using namespace TQBinning;
 
 namespace {
 
@@ -17,19 +20,56 @@ bool Meets(double cumulative, double target) {
   return std::fabs(cumulative - target) / std::max(cumulative, target) <= kWeightTolerance;
 }
 
-// The state of the walk through the sorted tuples, and what one step found.
+// Sorted cases, given as tuples.
 template <typename Tuple>
+class TupleCases {
+ public:
+  static constexpr bool kWeighOne = false;
+
+  explicit TupleCases(const std::vector<Tuple>& tuples) : fTuples(tuples) {}
+  std::size_t Count() const { return fTuples.size(); }
+  double Value(std::size_t i) const { return fTuples[i].value; }
+  double Weight(std::size_t i) const { return fTuples[i].weight; }
+
+ private:
+  std::span<const Tuple> fTuples;
+};
+
+// Sorted cases of weight 1.
+class ValueCases {
+ public:
+  static constexpr bool kWeighOne = true;
+
+  explicit ValueCases(std::span<const double> values) : fValues(values) {}
+  std::size_t Count() const { return fValues.size(); }
+  double Value(std::size_t i) const { return fValues[i]; }
+  double Weight(std::size_t) const { return 1.0; }
+
+  // The first case from `first` on that has the value of case i, which is not before it.
+  std::size_t RunStart(std::size_t first, std::size_t i) const {
+    const double* const values = fValues.data();
+    return static_cast<std::size_t>(std::lower_bound(values + first, values + i, values[i]) -
+                                    values);
+  }
+
+ private:
+  std::span<const double> fValues;
+};
+
+// The state of the walk through the sorted cases, and what one step found.
+template <typename Cases>
 class PercentileWalk {
  public:
-  PercentileWalk(std::span<const Tuple> tuples, std::size_t index, double cumulative)
-      : fTuples(tuples), fIndex(index), fCumulative(cumulative), fBeforeLastRun(cumulative) {}
+  PercentileWalk(const Cases& cases, std::size_t index, double cumulative)
+      : fCases(cases), fIndex(index), fCumulative(cumulative), fBeforeLastRun(cumulative) {}
 
   // Takes whole runs of equal values until the weight reaches the target.
   void WalkTo(double target) {
     // Far enough below the target nothing needs to be divided to see that it is not met.
     const double farBelow = target * (1.0 - 8 * kWeightTolerance);
-    while (target > 0.0 && fCumulative < farBelow && fIndex < fTuples.size()) TakeRun();
-    while (fIndex < fTuples.size()) {
+    if constexpr (Cases::kWeighOne) JumpTowards(farBelow);
+    while (target > 0.0 && fCumulative < farBelow && fIndex < fCases.Count()) TakeRun();
+    while (fIndex < fCases.Count()) {
       fMetTarget = fIndex > 0 && Meets(fCumulative, target);
       if (fMetTarget || !(fCumulative < target)) return;
       TakeRun();
@@ -39,12 +79,12 @@ class PercentileWalk {
   // Half-way to the next distinct value when the target was met; else the value of
   // the run that crossed it (or of the last run that there was).
   double Cut() const {
-    if (fMetTarget) return (ValueBefore() + fTuples[fIndex].value) / 2;
+    if (fMetTarget) return (ValueBefore() + fCases.Value(fIndex)) / 2;
     return fRunsTaken > 0 ? ValueBefore() : TQMV::gMissingValue;
   }
 
   // The value just before the current index; the index is above 0.
-  double ValueBefore() const { return fTuples[fIndex - 1].value; }
+  double ValueBefore() const { return fCases.Value(fIndex - 1); }
 
   std::size_t Index() const { return fIndex; }
   double Cumulative() const { return fCumulative; }
@@ -52,18 +92,29 @@ class PercentileWalk {
   bool TookSeveralRuns() const { return fRunsTaken > 1; }
 
  private:
+  // Takes all runs at once before the one that reaches `weight`, if there are any: as every case
+  // weighs one, the weight of the cases before a case is its index, to the last bit.
+  void JumpTowards(double weight) {
+    if (!(weight > fCumulative + 1.0) || fIndex + 1 >= fCases.Count()) return;
+    const double last = std::min(std::ceil(weight), static_cast<double>(fCases.Count())) - 1.0;
+    const std::size_t start = fCases.RunStart(fIndex, static_cast<std::size_t>(last));
+    if (start > fIndex) fRunsTaken = 1;  // or more, which is the same once another one follows
+    fIndex = start;
+    fCumulative = static_cast<double>(start);
+  }
+
   // Takes a run; the first tuple belongs to it even if it is NaN, which equals nothing.
   void TakeRun() {
-    const double value = fTuples[fIndex].value;
+    const double value = fCases.Value(fIndex);
     fBeforeLastRun = fCumulative;
     do {
-      fCumulative += fTuples[fIndex].weight;
+      fCumulative += fCases.Weight(fIndex);
       ++fIndex;
-    } while (fIndex < fTuples.size() && fTuples[fIndex].value == value);
+    } while (fIndex < fCases.Count() && fCases.Value(fIndex) == value);
     ++fRunsTaken;
   }
 
-  std::span<const Tuple> fTuples;
+  Cases fCases;
   std::size_t fIndex;
   double fCumulative;
   double fBeforeLastRun;
@@ -139,6 +190,66 @@ void DropEmptyBins(std::vector<double>& cutPoints, std::vector<double>& frequenc
   frequencies.swap(keptFrequencies);
 }
 
+// What moves on from step to step.
+struct WalkState {
+  unsigned int& index;
+  double& cumulative;
+  double& previousCumulative;
+};
+
+// One step of the walk, to `percent` of the total; with weights of the bins or without.
+template <typename Cases>
+double StepTo(double percent, const Cases& cases, bool includeUpper, bool keepsWeights,
+              WalkState state, double totalWeight, std::vector<double>& cutPoints,
+              std::vector<double>& frequencies) {
+  const double target = TargetWeight(percent, totalWeight);
+  PercentileWalk<Cases> walk(cases, state.index, state.cumulative);
+  // One heavy run may span several percentiles: the cut stays where it is.
+  if (state.cumulative >= target && state.index > 0 && !cutPoints.empty() &&
+      walk.ValueBefore() == cutPoints.back()) {
+    return cutPoints.back();
+  }
+  walk.WalkTo(target);
+  if (keepsWeights) {
+    const CutWeights weights{walk.Cumulative(),
+                             walk.BeforeLastRun(),
+                             state.cumulative,
+                             state.previousCumulative,
+                             target,
+                             totalWeight,
+                             walk.TookSeveralRuns() || state.index != 0};
+    includeUpper ? CloseBinOnTheRight(weights, frequencies)
+                 : CloseBinOnTheLeft(weights, frequencies);
+    state.previousCumulative = walk.BeforeLastRun();
+  }
+  state.index = static_cast<unsigned int>(walk.Index());
+  state.cumulative = walk.Cumulative();
+  return walk.Cut();
+}
+
+// Walks through all percentiles; `step(percent, state)` takes one step.
+template <typename Step>
+void WalkPercentiles(int bins, std::vector<double>& cutPoints, Step step) {
+  unsigned int index = 0;
+  double cumulative = 0.0;
+  double previousCumulative = 0.0;
+  for (int i = 0; i < bins; ++i) {
+    const double percent = std::min((i + 1) * (100.0 / bins), 100.0);
+    const double cut = step(percent, WalkState{index, cumulative, previousCumulative});
+    const bool isLastStep = i == bins - 1;  // only completes the weights
+    const bool isRepeated = i > 0 && !cutPoints.empty() && cut == cutPoints.back();
+    if (!isLastStep && !isRepeated) cutPoints.push_back(cut);
+  }
+}
+
+// What follows the walk where bins have weights.
+void FinishBins(bool includeUpper, double smallest, double largest, double totalWeight,
+                std::vector<double>& cutPoints, std::vector<double>& frequencies) {
+  RemoveEdgeCut(includeUpper, smallest, largest, cutPoints, frequencies);
+  if (cutPoints.empty() && frequencies.empty()) frequencies.push_back(totalWeight);
+  DropEmptyBins(cutPoints, frequencies);
+}
+
 }  // namespace
 
 BINEFPreProcess::BINEFPreProcess(int numberOfBins, bool includeUpper)
@@ -172,23 +283,28 @@ bool BINEFPreProcess::FindCutPts(std::vector<double>& cutPoints, std::vector<dou
                                                         : false;
   if (fNumberOfBins < 1 || !hasTuples || !(totalWeight > 0.0)) return false;
 
-  unsigned int index = 0;
-  double cumulative = 0.0;
-  double previousCumulative = 0.0;
-  for (int i = 0; i < fNumberOfBins; ++i) {
-    const double percent = std::min((i + 1) * (100.0 / fNumberOfBins), 100.0);
-    const double cut = GetPercentile(cutPoints, frequencies, percent, index, cumulative,
-                                     previousCumulative, totalWeight);
-    const bool isLastStep = i == fNumberOfBins - 1;  // only completes the weights
-    const bool isRepeated = i > 0 && !cutPoints.empty() && cut == cutPoints.back();
-    if (!isLastStep && !isRepeated) cutPoints.push_back(cut);
-  }
+  WalkPercentiles(fNumberOfBins, cutPoints, [&](double percent, WalkState state) {
+    return GetPercentile(cutPoints, frequencies, percent, state.index, state.cumulative,
+                         state.previousCumulative, totalWeight);
+  });
   if (fUnsupervisedTuples == nullptr) return true;
 
-  RemoveEdgeCut(fIncludeUpper, fUnsupervisedTuples->front().value,
-                fUnsupervisedTuples->back().value, cutPoints, frequencies);
-  if (cutPoints.empty() && frequencies.empty()) frequencies.push_back(totalWeight);
-  DropEmptyBins(cutPoints, frequencies);
+  FinishBins(fIncludeUpper, fUnsupervisedTuples->front().value, fUnsupervisedTuples->back().value,
+             totalWeight, cutPoints, frequencies);
+  return true;
+}
+
+bool BINEFPreProcess::FindCutPts(const SortedValues& sorted, std::vector<double>& cutPoints,
+                                 std::vector<double>& frequencies) const {
+  const std::span<const double> values = sorted.values;
+  if (fNumberOfBins < 1 || values.empty()) return false;
+
+  const ValueCases cases(values);
+  const auto totalWeight = static_cast<double>(values.size());
+  WalkPercentiles(fNumberOfBins, cutPoints, [&](double percent, WalkState state) {
+    return StepTo(percent, cases, fIncludeUpper, true, state, totalWeight, cutPoints, frequencies);
+  });
+  FinishBins(fIncludeUpper, values.front(), values.back(), totalWeight, cutPoints, frequencies);
   return true;
 }
 
@@ -196,34 +312,11 @@ double BINEFPreProcess::GetPercentile(std::vector<double>& cutPoints,
                                       std::vector<double>& frequencies, double percent,
                                       unsigned int& index, double& cumulative,
                                       double& previousCumulative, const double& totalWeight) {
-  const double target = TargetWeight(percent, totalWeight);
-
+  const WalkState state{index, cumulative, previousCumulative};
   const auto step = [&](const auto& tuples, bool keepsWeights) {
-    using Tuple = typename std::decay_t<decltype(tuples)>::value_type;
-    PercentileWalk<Tuple> walk(tuples, index, cumulative);
-    // One heavy run may span several percentiles: the cut stays where it is.
-    if (cumulative >= target && index > 0 && !cutPoints.empty() &&
-        walk.ValueBefore() == cutPoints.back()) {
-      return cutPoints.back();
-    }
-    walk.WalkTo(target);
-    if (keepsWeights) {
-      const CutWeights weights{walk.Cumulative(),
-                               walk.BeforeLastRun(),
-                               cumulative,
-                               previousCumulative,
-                               target,
-                               totalWeight,
-                               walk.TookSeveralRuns() || index != 0};
-      fIncludeUpper ? CloseBinOnTheRight(weights, frequencies)
-                    : CloseBinOnTheLeft(weights, frequencies);
-      previousCumulative = walk.BeforeLastRun();
-    }
-    index = static_cast<unsigned int>(walk.Index());
-    cumulative = walk.Cumulative();
-    return walk.Cut();
+    return StepTo(percent, TupleCases(tuples), fIncludeUpper, keepsWeights, state, totalWeight,
+                  cutPoints, frequencies);
   };
-
   if (fUnsupervisedTuples != nullptr) return step(*fUnsupervisedTuples, true);
   if (fSupervisedTuples != nullptr) return step(*fSupervisedTuples, false);
   return TQMV::gMissingValue;

@@ -17,6 +17,8 @@ namespace {
 
 // Below this size the tables for counting cost more than they save.
 constexpr std::size_t kManyCases = 4096;
+// Below this number of values ranges cost more than they save.
+constexpr std::size_t kManyValues = 2000000;
 // A table of more counters than these leaves the second-level cache.
 constexpr std::size_t kMostCounts = 65536;
 
@@ -314,6 +316,21 @@ unsigned int CaseSorter::SortByRanges(std::span<Tuple> tuples) {
   return distinct;
 }
 
+// The same without kinds, for more values than the last-level cache has room for; fewer are
+// sorted at once.
+unsigned int CaseSorter::SortValuesByRanges() {
+  unsigned int distinct = 0;
+  std::size_t first = 0;
+  for (const std::size_t end :
+       Split(fCount < kManyValues ? NumberRanges{} : ChooseRanges(1), {1})) {
+    const std::span<double> range(fMemory.values[0].get() + first, end - first);
+    SortByVector(range.data(), fMemory.values[1].get(), range.size());
+    distinct += CountDistinct(std::span<const double>(range));
+    first = end;
+  }
+  return distinct;
+}
+
 // Stable, and so kinds of equal values end in their order.
 void CaseSorter::SortByRadix() {
   const std::vector<unsigned char> kinds = KindsByWeight();
@@ -344,6 +361,7 @@ unsigned int CaseSorter::HandOut(std::span<Tuple> tuples) const {
 
 template <typename Tuple>
 unsigned int CaseSorter::SortTuples(std::span<Tuple> tuples, bool weightOrdersTies) {
+  fMemory.sortedFor = nullptr;
   const bool isSorted = fIsSorted && (fPlaces.size() <= 1 || !weightOrdersTies);
   if (isSorted || (fCount >= kManyCases && SortByCounting())) return HandOut(tuples);
   if (fPlaces.size() <= kFewKinds && CanSortByVector()) return SortByRanges(tuples);
@@ -354,5 +372,20 @@ unsigned int CaseSorter::SortTuples(std::span<Tuple> tuples, bool weightOrdersTi
 unsigned int CaseSorter::Sort(std::span<BINDataTuple> tuples) { return SortTuples(tuples, false); }
 
 unsigned int CaseSorter::Sort(std::span<EFBINDataTuple> tuples) { return SortTuples(tuples, true); }
+
+std::span<const double> CaseSorter::SortValues(unsigned int& distinct) {
+  fMemory.sortedFor = nullptr;
+  const bool isSorted = fIsSorted || (fCount >= kManyCases && SortByCounting());
+  const bool hasRanges = !isSorted && CanSortByVector();
+  if (hasRanges) {
+    distinct = SortValuesByRanges();
+  } else if (!isSorted) {
+    SortByRadix();
+  }
+  fMemory.values[0].swap(fMemory.values[1]);
+  const std::span<const double> values(fMemory.values[1].get(), fCount);
+  if (!hasRanges) distinct = CountDistinct(values);
+  return values;
+}
 
 }  // namespace TQBinning

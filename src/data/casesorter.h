@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <span>
@@ -49,6 +50,25 @@ class CaseSorter {
       *fKind++ = KindOf(target, weight);
     }
 
+    // Adds cases of weight 1 without a target.  Without a branch, and without keeping each
+    // number until the next one comes.
+    void AddAll(std::span<const double> values) {
+      if (values.empty()) return;
+      Add(values.front(), 0, 1.0);
+      bool isUnsuitable = false;
+      bool isUnsorted = false;
+      for (const double value : values.subspan(1)) {
+        const double number = value + 0.0;  // no negative zero
+        isUnsuitable |= number != number;
+        isUnsorted |= number < fValue[-1];
+        *fValue++ = number;
+      }
+      fKind = std::fill_n(fKind, values.size() - 1, KindOf(0, 1.0));
+      fPrevious = fValue[-1];
+      fIsSuitable &= !isUnsuitable;
+      fIsSorted &= !isUnsorted;
+    }
+
    private:
     unsigned char KindOf(unsigned char target, double weight) {
       const bool isSmall = weight >= 0.0 && weight < kWeights;
@@ -77,6 +97,11 @@ class CaseSorter {
   unsigned int Sort(std::span<BINDataTuple> tuples);
   unsigned int Sort(std::span<EFBINDataTuple> tuples);
 
+  // Ascending, without tuples: for cases that all have the weight 1 and no target.  What is
+  // returned stays in the memory's values[1], also while other cases are taken in, until
+  // those are sorted.  `distinct` becomes the number of distinct values.
+  std::span<const double> SortValues(unsigned int& distinct);
+
  private:
   static constexpr std::size_t kMostKinds = 255;
   static constexpr unsigned int kWeights = 256;  // weights below are small
@@ -102,6 +127,7 @@ class CaseSorter {
                  Tuple* tuples);
   template <typename Tuple>
   unsigned int SortByRanges(std::span<Tuple> tuples);
+  unsigned int SortValuesByRanges();
   void SortByRadix();
   template <typename Tuple>
   unsigned int HandOut(std::span<Tuple> tuples) const;

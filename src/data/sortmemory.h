@@ -17,18 +17,24 @@ struct SortMemory {
   std::size_t kindCapacity = 0;
   std::size_t positionCapacity = 0;
   std::vector<unsigned char> kindOf;  // see CaseSorter
+  // For whom values[1] holds sorted values; null when it holds nothing of use.
+  const void* sortedFor = nullptr;
 
   void ReserveForKinds(std::size_t count) {
     ReserveValues(count);
     Reserve(kinds, kindCapacity, count);
   }
   void ReserveForPositions(std::size_t count) {
+    sortedFor = nullptr;
     ReserveValues(count);
     Reserve(positions, positionCapacity, count);
   }
 
  private:
-  void ReserveValues(std::size_t count) { Reserve(values, capacity, count); }
+  void ReserveValues(std::size_t count) {
+    if (count > capacity) sortedFor = nullptr;
+    Reserve(values, capacity, count);
+  }
 
   template <typename T>
   static void Reserve(std::unique_ptr<T[]> (&buffers)[2], std::size_t& capacity,

@@ -30,4 +30,10 @@ unsigned int CountDistinct(std::span<const Tuple> tuples) {
   return count;
 }
 
+inline unsigned int CountDistinct(std::span<const double> values) {
+  unsigned int count = values.empty() ? 0U : 1U;
+  for (std::size_t i = 1; i < values.size(); ++i) count += values[i] != values[i - 1] ? 1U : 0U;
+  return count;
+}
+
 }  // namespace TQBinning

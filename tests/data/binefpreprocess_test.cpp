@@ -1,13 +1,17 @@
 #include "tqbinning/binefpreprocess.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string>
 #include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "data/sortedvalues.h"
 #include "support/memoryrecords.h"
+#include "support/random.h"
 
 namespace {
 
@@ -758,6 +762,41 @@ TEST(BINEFPreProcess, PercentagesAreMultiplesOfTheRoundedShareOfOneBin) {
     const Cuts cuts = FindCuts(6, includeUpper, OneTo(18), 18.0);
     EXPECT_EQ((Doubles{3.5, 6.5, 9.5, 12.5, 16.0}), cuts.points);
   }
+}
+
+// ---- sorted values ----
+
+TEST(BINEFPreProcess, SortedValuesAreCutAsTuplesOfWeightOne) {
+  support::Random random(20);
+  for (int problem = 0; problem < 4000; ++problem) {
+    const auto most = 1 + random.Below(problem % 2 == 0 ? 5 : 1000);  // ties, or hardly any
+    Doubles values(1 + random.Below(200));
+    for (double& value : values) value = static_cast<double>(random.Below(most)) / 8.0;
+    std::sort(values.begin(), values.end());
+    Tuples tuples;
+    for (const double value : values) tuples.push_back({value, 1.0});
+    const auto bins = static_cast<int>(1 + random.Below(2 * values.size()));
+    const bool includeUpper = random.Below(2) == 0;
+    SCOPED_TRACE("problem " + std::to_string(problem));
+
+    const Cuts expected = FindCuts(bins, includeUpper, tuples, static_cast<double>(values.size()));
+    Cuts cuts;
+    cuts.found = BINEFPreProcess(bins, includeUpper)
+                     .FindCutPts(TQBinning::SortedValues{values}, cuts.points, cuts.frequencies);
+    ASSERT_EQ(expected.found, cuts.found);
+    ASSERT_EQ(expected.points, cuts.points);
+    ASSERT_EQ(expected.frequencies, cuts.frequencies);
+  }
+}
+
+TEST(BINEFPreProcess, NoValuesOrNoBinsFindNothing) {
+  Cuts cuts;
+  const Doubles values{1.0, 2.0};
+  EXPECT_FALSE(BINEFPreProcess(2, kRightClosed).FindCutPts({}, cuts.points, cuts.frequencies));
+  EXPECT_FALSE(BINEFPreProcess(0, kRightClosed)
+                   .FindCutPts(TQBinning::SortedValues{values}, cuts.points, cuts.frequencies));
+  EXPECT_EQ(Doubles{}, cuts.points);
+  EXPECT_EQ(Doubles{}, cuts.frequencies);
 }
 
 }  // namespace

@@ -167,6 +167,65 @@ bool IsSuitable(const std::vector<BINDataTuple>& cases) {
   return sorter.IsSuitable();
 }
 
+// ---- values without tuples ----
+
+// Also with other cases taken in meanwhile, which leave the values alone.
+void ExpectSortedValues(std::vector<double> values, SortMemory& memory) {
+  CaseSorter sorter(memory, values.size());
+  {
+    CaseSorter::Intake intake(sorter);
+    const std::size_t half = values.size() / 2;
+    intake.AddAll(std::span<const double>(values).first(half));
+    intake.AddAll(std::span<const double>(values).subspan(half));
+  }
+  ASSERT_TRUE(sorter.IsSuitable());
+  unsigned int distinct = 0;
+  const std::span<const double> sorted = sorter.SortValues(distinct);
+  {
+    CaseSorter other(memory, values.size());
+    CaseSorter::Intake intake(other);
+    intake.AddAll(values);
+  }
+  std::sort(values.begin(), values.end());
+  ASSERT_TRUE(std::equal(values.begin(), values.end(), sorted.begin(), sorted.end()));
+  EXPECT_EQ(std::unique(values.begin(), values.end()) - values.begin(), distinct);
+}
+
+TEST(CaseSorter, SortsValuesWithoutTuples) {
+  SortMemory memory;
+  for (const NamedShape& shape : Shapes()) {
+    for (const std::size_t n : {0, 1, 2, 3, 100, 4095, 4096, 20000}) {
+      SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " values");
+      Random random(n + 1);
+      std::vector<double> values(n);
+      for (std::size_t i = 0; i < n; ++i) {
+        const double value = shape.shape(random, i, n);
+        values[i] = std::isnan(value) ? 7.5 : value;
+      }
+      ExpectSortedValues(values, memory);
+    }
+  }
+}
+
+TEST(CaseSorter, SortsMoreValuesThanTheCacheHasRoomFor) {
+  SortMemory memory;
+  Random random(1);
+  std::vector<double> values(2100000);
+  for (double& value : values) value = static_cast<double>(random.Below(10000000));
+  ExpectSortedValues(values, memory);
+}
+
+TEST(CaseSorter, ANaNAmongValuesIsNotForIt) {
+  SortMemory memory;
+  for (const std::size_t place : {0, 1, 2}) {
+    std::vector<double> values{1.0, 2.0, 3.0};
+    values[place] = std::numeric_limits<double>::quiet_NaN();
+    CaseSorter sorter(memory, values.size());
+    { CaseSorter::Intake(sorter).AddAll(values); }
+    EXPECT_FALSE(sorter.IsSuitable()) << place;
+  }
+}
+
 TEST(CaseSorter, ANaNIsNotForIt) {
   EXPECT_FALSE(IsSuitable({{1.0, 0, 1.0}, {std::nan(""), 0, 1.0}, {2.0, 0, 1.0}}));
 }

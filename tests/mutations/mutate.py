@@ -43,7 +43,7 @@ HERE = Path(__file__).resolve().parent
 TREE = HERE.parents[1]
 
 # What the unit tests are built from.
-PARTS = ["CMakeLists.txt", "cmake", "include", "record", "src", "tests"]
+PARTS = ["CMakeLists.txt", "cmake", "examples", "include", "record", "src", "tests"]
 
 # Folders of src/, each with a test program of its name.
 FOLDERS = ["common", "metadata", "data", "algorithm", "output"]
