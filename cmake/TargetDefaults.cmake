@@ -46,7 +46,9 @@ function(tq_set_target_defaults target)
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
   if(TQBINNING_COVERAGE)
-    target_compile_options(${target} PRIVATE --coverage -fprofile-abs-path)
+    # Atomic counters: tests run the library on several threads.
+    target_compile_options(${target} PRIVATE --coverage -fprofile-abs-path
+                                             -fprofile-update=atomic)
     target_link_options(${target} PRIVATE --coverage)
   endif()
 endfunction()
