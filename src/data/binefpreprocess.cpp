@@ -95,9 +95,9 @@ class PercentileWalk {
   // Takes all runs at once before the one that reaches `weight`, if there are any: as every case
   // weighs one, the weight of the cases before a case is its index, to the last bit.
   void JumpTowards(double weight) {
-    if (!(weight > fCumulative + 1.0) || fIndex + 1 >= fCases.Count()) return;
-    const double last = std::min(std::ceil(weight), static_cast<double>(fCases.Count())) - 1.0;
-    const std::size_t start = fCases.RunStart(fIndex, static_cast<std::size_t>(last));
+    if (!(weight > fCumulative + 1.0)) return;
+    const auto last = static_cast<std::size_t>(std::ceil(weight) - 1.0);  // the total weighs more
+    const std::size_t start = fCases.RunStart(fIndex, last);
     if (start > fIndex) fRunsTaken = 1;  // or more, which is the same once another one follows
     fIndex = start;
     fCumulative = static_cast<double>(start);

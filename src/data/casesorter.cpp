@@ -377,11 +377,8 @@ std::span<const double> CaseSorter::SortValues(unsigned int& distinct) {
   fMemory.sortedFor = nullptr;
   const bool isSorted = fIsSorted || (fCount >= kManyCases && SortByCounting());
   const bool hasRanges = !isSorted && CanSortByVector();
-  if (hasRanges) {
-    distinct = SortValuesByRanges();
-  } else if (!isSorted) {
-    SortByRadix();
-  }
+  if (hasRanges) distinct = SortValuesByRanges();
+  if (!isSorted && !hasRanges) SortByRadix();
   fMemory.values[0].swap(fMemory.values[1]);
   const std::span<const double> values(fMemory.values[1].get(), fCount);
   if (!hasRanges) distinct = CountDistinct(values);

@@ -63,7 +63,7 @@ class CaseSorter {
         isUnsorted |= number < fValue[-1];
         *fValue++ = number;
       }
-      fKind = std::fill_n(fKind, values.size() - 1, KindOf(0, 1.0));
+      fKind = std::fill_n(fKind, values.size() - 1, fKind[-1]);
       fPrevious = fValue[-1];
       fIsSuitable &= !isUnsuitable;
       fIsSorted &= !isUnsorted;

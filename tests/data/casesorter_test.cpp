@@ -167,6 +167,29 @@ bool IsSuitable(const std::vector<BINDataTuple>& cases) {
   return sorter.IsSuitable();
 }
 
+// So many kinds and cases that only the number of parts limits that of ranges.
+TEST(CaseSorter, SortsManyKindsOfManyCases) {
+  constexpr std::size_t kCases = 270000;
+  SortMemory memory;
+  Random random(1);
+  CaseSorter sorter(memory, kCases);
+  std::vector<BINDataTuple> expected(kCases);
+  {
+    CaseSorter::Intake intake(sorter);
+    for (BINDataTuple& c : expected) {
+      c = {static_cast<double>(random.Below(1U << 30)),
+           static_cast<unsigned char>(random.Below(16)), 1.0};
+      intake.Add(c.value, c.target, c.weight);
+    }
+  }
+  std::vector<BINDataTuple> got(kCases);
+  sorter.Sort(std::span(got));
+  ASSERT_TRUE(std::is_sorted(got.begin(), got.end()));
+  OrderByAll(expected);
+  OrderByAll(got);
+  ExpectEqual(expected, got);
+}
+
 // ---- values without tuples ----
 
 // Also with other cases taken in meanwhile, which leave the values alone.
