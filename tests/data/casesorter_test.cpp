@@ -217,7 +217,7 @@ void ExpectSortedValues(std::vector<double> values, SortMemory& memory) {
 TEST(CaseSorter, SortsValuesWithoutTuples) {
   SortMemory memory;
   for (const NamedShape& shape : Shapes()) {
-    for (const std::size_t n : {0, 1, 2, 3, 100, 4095, 4096, 20000}) {
+    for (const std::size_t n : {0U, 1U, 2U, 3U, 100U, 4095U, 4096U, 20000U}) {
       SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " values");
       Random random(n + 1);
       std::vector<double> values(n);
@@ -240,7 +240,7 @@ TEST(CaseSorter, SortsMoreValuesThanTheCacheHasRoomFor) {
 
 TEST(CaseSorter, ANaNAmongValuesIsNotForIt) {
   SortMemory memory;
-  for (const std::size_t place : {0, 1, 2}) {
+  for (const std::size_t place : {0U, 1U, 2U}) {
     std::vector<double> values{1.0, 2.0, 3.0};
     values[place] = std::numeric_limits<double>::quiet_NaN();
     CaseSorter sorter(memory, values.size());
