@@ -138,7 +138,7 @@ TEST(CsvReader, ColumnsAreCountedBehindAByteOrderMark) {
 }
 
 TEST(CsvReader, AByteOrderMarkDoesNotCountAgainstTheLimitOfARow) {
-  for (const std::size_t blockSize : {1, 2, 100}) {
+  for (const std::size_t blockSize : {1U, 2U, 100U}) {
     CsvReader reader(InBlocks("\xEF\xBB\xBF\n", blockSize), "f.csv", ',', {1, 10});
     EXPECT_TRUE(reader.Next());
     EXPECT_FALSE(reader.Next());
