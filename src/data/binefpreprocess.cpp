@@ -93,14 +93,13 @@ class PercentileWalk {
 
  private:
   // Takes all runs at once before the one that reaches `weight`, if there are any: as every case
-  // weighs one, the weight of the cases before a case is its index, to the last bit.
+  // weighs one, the weight of the cases before a case is its index, to the last bit.  They need
+  // not be counted: whether several were taken matters only where nothing weighs before the last.
   void JumpTowards(double weight) {
     if (!(weight > fCumulative + 1.0)) return;
     const auto last = static_cast<std::size_t>(std::ceil(weight) - 1.0);  // the total weighs more
-    const std::size_t start = fCases.RunStart(fIndex, last);
-    if (start > fIndex) fRunsTaken = 1;  // or more, which is the same once another one follows
-    fIndex = start;
-    fCumulative = static_cast<double>(start);
+    fIndex = fCases.RunStart(fIndex, last);
+    fCumulative = static_cast<double>(fIndex);
   }
 
   // Takes a run; the first tuple belongs to it even if it is NaN, which equals nothing.
