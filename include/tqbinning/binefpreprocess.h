@@ -42,7 +42,11 @@ class TQBINNING_EXPORT BINEFPreProcess {
                        double percent, unsigned int& index, double& cumulative,
                        double& previousCumulative, const double& totalWeight);
 
-  // The same as for the unsupervised tuples of these values, sorted, with the weight 1 each.
+ protected:
+  friend class EFBINAlgorithm;
+
+  // The same as FindCutPts finds in the unsupervised tuples of these values, with the weight 1
+  // each.  False, with nothing written: no values or no bins.
   TQBINNING_HIDDEN bool FindCutPts(const TQBinning::SortedValues& sorted,
                                    std::vector<double>& cutPoints,
                                    std::vector<double>& frequencies) const;

@@ -322,23 +322,22 @@ TQStatus BINDataSet::GetSorted(unsigned int attribute, std::vector<EFBINDataTupl
     return GetAttribute(attribute, tuples);
   }
   tuples = nullptr;
-  const int column = ColumnOf(attribute);
+  const auto column = static_cast<unsigned int>(ColumnOf(attribute));
   bool isRead = false;
   RunMemory<SortMemory>::With([&](SortMemory& memory) {
     if (memory.sortedFor != this && !WriteTuples()) return;
     ForgetAttribute();
     CaseSorter sorter(memory, fNumberOfCases);
-    isRead = TakeIn(sorter, static_cast<unsigned int>(column));
+    isRead = TakeIn(sorter, column);
     if (!sorter.IsSuitable() || fNumberOfValidTuples != fUnsupervisedTuples->size()) {
       WriteTail(memory);
-      isRead = SortInto(*fUnsupervisedTuples, static_cast<unsigned int>(column), sorter, memory) &&
-               isRead;
+      isRead = SortInto(*fUnsupervisedTuples, column, sorter, memory) && isRead;
       return;
     }
     sorted.values = sorter.SortValues(fNumberOfDistinctValues);
     fMinimum = sorted.values.front();
     fMaximum = sorted.values.back();
-    fUnwrittenColumn = column;
+    fUnwrittenColumn = static_cast<int>(column);
     memory.sortedFor = this;
   });
   if (!isRead) return Error(kResourceFailure);

@@ -766,6 +766,12 @@ TEST(BINEFPreProcess, PercentagesAreMultiplesOfTheRoundedShareOfOneBin) {
 
 // ---- sorted values ----
 
+class ValuesProcess : public BINEFPreProcess {
+ public:
+  using BINEFPreProcess::BINEFPreProcess;
+  using BINEFPreProcess::FindCutPts;
+};
+
 TEST(BINEFPreProcess, SortedValuesAreCutAsTuplesOfWeightOne) {
   support::Random random(20);
   for (int problem = 0; problem < 4000; ++problem) {
@@ -781,7 +787,7 @@ TEST(BINEFPreProcess, SortedValuesAreCutAsTuplesOfWeightOne) {
 
     const Cuts expected = FindCuts(bins, includeUpper, tuples, static_cast<double>(values.size()));
     Cuts cuts;
-    cuts.found = BINEFPreProcess(bins, includeUpper)
+    cuts.found = ValuesProcess(bins, includeUpper)
                      .FindCutPts(TQBinning::SortedValues{values}, cuts.points, cuts.frequencies);
     ASSERT_EQ(expected.found, cuts.found);
     ASSERT_EQ(expected.points, cuts.points);
@@ -792,8 +798,8 @@ TEST(BINEFPreProcess, SortedValuesAreCutAsTuplesOfWeightOne) {
 TEST(BINEFPreProcess, NoValuesOrNoBinsFindNothing) {
   Cuts cuts;
   const Doubles values{1.0, 2.0};
-  EXPECT_FALSE(BINEFPreProcess(2, kRightClosed).FindCutPts({}, cuts.points, cuts.frequencies));
-  EXPECT_FALSE(BINEFPreProcess(0, kRightClosed)
+  EXPECT_FALSE(ValuesProcess(2, kRightClosed).FindCutPts({}, cuts.points, cuts.frequencies));
+  EXPECT_FALSE(ValuesProcess(0, kRightClosed)
                    .FindCutPts(TQBinning::SortedValues{values}, cuts.points, cuts.frequencies));
   EXPECT_EQ(Doubles{}, cuts.points);
   EXPECT_EQ(Doubles{}, cuts.frequencies);
