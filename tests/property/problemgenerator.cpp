@@ -6,9 +6,9 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
-#include <string>
 #include <utility>
 
+#include "property/problemrecipe.h"
 #include "property/random.h"
 
 namespace property {
@@ -28,217 +28,6 @@ constexpr int kUnchanged = 2;  // a rounding option that leaves weights as they 
 using Column = std::vector<double>;
 
 std::size_t Size(int n) { return static_cast<std::size_t>(n); }
-
-// ---------------------------------------------------------------- what to make
-
-enum class Values {
-  kFew,       // up to four integers
-  kSome,      // up to twenty integers
-  kQuarters,  // both signs
-  kDecimals,  // tenths, not exact in binary
-  kDistinct,
-  kGroups,      // each value equally often, see GroupSize
-  kHeavy,       // groups, and one value that outweighs them
-  kPowers,      // of two, of both signs of the exponent
-  kNeighbours,  // adjacent doubles, so that midpoints fall on them
-  kOdd,
-  kConstant,
-  kAllMissing
-};
-
-enum class Weights {
-  kNone,
-  kWhole,        // 1 to 5
-  kRough,        // whole, zero, negative, missing, fractional; rounded
-  kEighths,      // used as they are
-  kScaled,       // multiples of one power of two, huge or tiny
-  kFarApart,     // 1 and powers of two that swallow it
-  kOverflowing,  // two make infinity
-  kOdd,          // NaN and infinity among whole ones
-  kArbitrary
-};
-
-enum class Classes { kRandom, kThreshold, kBlocks, kCyclic, kMirror, kConstant };
-
-struct Recipe {
-  bool supervised = true;
-  int minRows = 1;
-  int maxRows = 40;
-  int maxAttributes = 3;
-  int maxCategorical = 1;  // besides the target
-  int maxCategories = 3;
-  int target = 950;  // chances are per mille
-  std::vector<Values> values = {Values::kFew, Values::kSome, Values::kQuarters, Values::kDecimals,
-                                Values::kGroups};
-  std::vector<int> missing = {0, 0, 100, 300};
-  std::vector<Weights> weights = {Weights::kNone, Weights::kNone, Weights::kWhole};
-  std::vector<Classes> classes = {Classes::kRandom, Classes::kThreshold, Classes::kBlocks,
-                                  Classes::kCyclic};
-  int preBinned = 300;
-  int merged = 200;
-  int lists = 100;   // calls with index lists
-  int badEntry = 0;  // per entry
-  int maxCalls = 1;
-  int oddCode = 0;      // per code
-  int declaration = 0;  // chance to declare another number of categories than are used
-  int userMissing = 50;
-  int unset = 2;  // chance not to set the number of bins
-  int empty = 5;  // chance of no record at all
-};
-
-Recipe EqualFrequencyRecipe() {
-  Recipe recipe;
-  recipe.supervised = false;
-  recipe.target = 0;
-  recipe.maxRows = 60;
-  recipe.values = {Values::kFew,    Values::kSome,     Values::kQuarters, Values::kDecimals,
-                   Values::kGroups, Values::kDistinct, Values::kHeavy,    Values::kPowers};
-  return recipe;
-}
-
-Recipe RecipeOf(Kind kind) {
-  Recipe recipe;
-  switch (kind) {
-    case Kind::kTies:
-      recipe.values.push_back(Values::kConstant);
-      recipe.values.push_back(Values::kAllMissing);
-      recipe.classes.push_back(Classes::kConstant);
-      recipe.maxCategories = 5;
-      recipe.maxCalls = 2;
-      break;
-    case Kind::kEqualEntropies:
-      recipe.classes = {Classes::kMirror, Classes::kBlocks, Classes::kCyclic, Classes::kThreshold};
-      recipe.values = {Values::kGroups, Values::kSome, Values::kDistinct};
-      recipe.missing = {0, 0, 0, 100};
-      recipe.minRows = 12;
-      recipe.maxRows = 90;
-      recipe.preBinned = 200;
-      break;
-    case Kind::kPreBinned:
-      recipe.preBinned = 1000;
-      recipe.maxRows = 120;
-      recipe.values = {Values::kSome,  Values::kDistinct, Values::kGroups,
-                       Values::kHeavy, Values::kQuarters, Values::kPowers};
-      recipe.maxCalls = 2;
-      break;
-    case Kind::kMerged:
-      recipe.merged = 1000;
-      recipe.minRows = 60;
-      recipe.maxRows = 300;
-      recipe.maxCategories = 4;
-      recipe.classes = {Classes::kBlocks, Classes::kCyclic, Classes::kMirror};
-      recipe.values = {Values::kSome, Values::kHeavy, Values::kDistinct};
-      recipe.weights = {Weights::kNone, Weights::kWhole, Weights::kRough};
-      break;
-    case Kind::kSeveralTargets:
-      recipe.target = 600;
-      recipe.maxCategorical = 4;
-      recipe.lists = 800;
-      recipe.maxCalls = 3;
-      recipe.oddCode = 3;
-      recipe.declaration = 150;
-      break;
-    case Kind::kIndexLists:
-      recipe.target = 700;
-      recipe.maxCategorical = 3;
-      recipe.lists = 900;
-      recipe.badEntry = 200;
-      recipe.maxCalls = 3;
-      break;
-    case Kind::kWeights:
-      recipe.weights = {Weights::kRough};
-      recipe.userMissing = 150;
-      break;
-    case Kind::kFractionalWeights:
-      recipe.weights = {Weights::kEighths};
-      recipe.merged = 400;
-      recipe.preBinned = 500;
-      break;
-    case Kind::kArbitraryWeights:
-      recipe.weights = {Weights::kArbitrary};
-      recipe.values = {Values::kDistinct};
-      recipe.maxCategorical = 0;
-      recipe.lists = 0;
-      recipe.merged = 400;
-      recipe.preBinned = 500;
-      recipe.maxRows = 80;
-      break;
-    case Kind::kHugeWeights:
-      recipe.weights = {Weights::kScaled, Weights::kFarApart, Weights::kOverflowing, Weights::kOdd};
-      break;
-    case Kind::kOddValues:
-      recipe.values = {Values::kOdd, Values::kOdd, Values::kNeighbours, Values::kPowers};
-      recipe.preBinned = 400;
-      break;
-    case Kind::kOddCodes:
-      recipe.maxCategorical = 3;
-      recipe.target = 850;
-      recipe.oddCode = 40;
-      recipe.declaration = 300;
-      recipe.lists = 400;
-      recipe.maxCalls = 2;
-      recipe.maxCategories = 6;
-      break;
-    case Kind::kLists:
-      recipe.declaration = 600;
-      recipe.maxCategorical = 2;
-      recipe.unset = 100;
-      recipe.empty = 60;
-      recipe.maxCalls = 2;
-      recipe.target = 800;
-      break;
-    case Kind::kManyRecords:
-      recipe.minRows = 10001;
-      recipe.maxRows = 20500;
-      recipe.maxAttributes = 2;
-      recipe.values = {Values::kDistinct, Values::kSome, Values::kGroups};
-      recipe.preBinned = 700;
-      recipe.empty = 0;
-      break;
-    case Kind::kEqualFrequency:
-      recipe = EqualFrequencyRecipe();
-      recipe.values.push_back(Values::kOdd);
-      recipe.values.push_back(Values::kNeighbours);
-      recipe.values.push_back(Values::kConstant);
-      recipe.values.push_back(Values::kAllMissing);
-      recipe.target = 60;
-      break;
-    case Kind::kExactTargets:
-      recipe = EqualFrequencyRecipe();
-      recipe.values = {Values::kGroups, Values::kGroups, Values::kHeavy, Values::kDistinct};
-      recipe.missing = {0, 0, 0, 200};
-      break;
-    case Kind::kStaleTails:
-      recipe = EqualFrequencyRecipe();
-      recipe.missing = {0, 200, 500, 800, 950};
-      recipe.maxAttributes = 5;
-      recipe.values.push_back(Values::kAllMissing);
-      recipe.maxCalls = 2;
-      recipe.weights = {Weights::kNone, Weights::kWhole, Weights::kEighths};
-      break;
-    case Kind::kEqualFrequencyWeights:
-      recipe = EqualFrequencyRecipe();
-      recipe.weights = {Weights::kRough,     Weights::kEighths,  Weights::kArbitrary,
-                        Weights::kScaled,    Weights::kFarApart, Weights::kOverflowing,
-                        Weights::kArbitrary, Weights::kOdd};
-      recipe.values.push_back(Values::kOdd);
-      recipe.userMissing = 150;
-      break;
-    case Kind::kEqualFrequencyLists:
-      recipe = EqualFrequencyRecipe();
-      recipe.lists = 850;
-      recipe.badEntry = 200;
-      recipe.maxCalls = 3;
-      recipe.target = 100;
-      recipe.maxCategorical = 2;
-      recipe.oddCode = 5;
-      recipe.declaration = 100;
-      break;
-  }
-  return recipe;
-}
-
-// ------------------------------------------------------------------- the maker
 
 class Maker {
  public:
@@ -326,20 +115,8 @@ class Maker {
         for (double& value : column) value = fRandom.Between(-15, 15) / 10.0;
         return column;
       case Values::kDistinct:
-      case Values::kGroups: {
-        const int size = style == Values::kDistinct ? 1 : fGroupSize;
-        const double step = fRandom.Pick<double>({1.0, 1.0, 0.25, 0.1, 3.0});
-        for (int i = 0; i < fRows; ++i) column[Size(i)] = offset + (i / size) * step;
-        break;
-      }
-      case Values::kHeavy: {
-        const int heavy = fRandom.Between(0, std::max(0, fRows - 1));
-        const int last = std::min(fRows - 1, heavy + fRows / 2);
-        for (int i = 0; i < fRows; ++i) {
-          column[Size(i)] = i >= heavy && i <= last ? heavy / fGroupSize : i / fGroupSize;
-        }
-        break;
-      }
+      case Values::kGroups:
+      case Values::kHeavy: return MakeGroups(style, offset);
       case Values::kPowers:
         for (double& value : column) value = std::ldexp(1.0, fRandom.Between(-8, 8));
         return column;
@@ -365,6 +142,23 @@ class Maker {
         return column;
       }
       case Values::kAllMissing: std::fill(column.begin(), column.end(), kMissing); return column;
+    }
+    return column;
+  }
+
+  // Values in groups of equal ones, mostly shuffled.
+  Column MakeGroups(Values style, int offset) {
+    Column column(Size(fRows), 0.0);
+    if (style == Values::kHeavy) {
+      const int heavy = fRandom.Between(0, std::max(0, fRows - 1));
+      const int last = std::min(fRows - 1, heavy + fRows / 2);
+      for (int i = 0; i < fRows; ++i) {
+        column[Size(i)] = i >= heavy && i <= last ? heavy / fGroupSize : i / fGroupSize;
+      }
+    } else {
+      const int size = style == Values::kDistinct ? 1 : fGroupSize;
+      const double step = fRandom.Pick<double>({1.0, 1.0, 0.25, 0.1, 3.0});
+      for (int i = 0; i < fRows; ++i) column[Size(i)] = offset + (i / size) * step;
     }
     if (fRandom.Chance(800)) fRandom.Shuffle(column);
     return column;
