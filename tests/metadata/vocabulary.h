@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "tqbinning/binencoder.h"
 #include "tqbinning/binusermissing.h"
 
 // The words that the tests of variables, encoders and definitions share.
@@ -74,6 +75,10 @@ class DeletionNoting : public Definition {
 };
 using NotingNumericMissing = DeletionNoting<BINNumericUserMissing>;
 using NotingStringMissing = DeletionNoting<BINStringUserMissing>;
+
+inline std::vector<std::string> Labels(const IBINEncoder& encoder) {
+  return *encoder.GetValueLabels();
+}
 
 inline std::unique_ptr<BINNumericUserMissing> NumericMissing(const std::vector<double>& values) {
   auto definition = std::make_unique<BINNumericUserMissing>();
