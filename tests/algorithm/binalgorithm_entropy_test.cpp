@@ -175,9 +175,7 @@ TEST(Entropy, TheLogarithmIsTheNaturalOneDividedByThatOfTwo) {
 
 // ----------------------------------------------------------------- split entropy
 
-TEST(SplitEntropy, PurePartsHaveNone) {
-  EXPECT_EQ(0.0, SplitEntropyOf({4, 4, 0}, {6, 0, 6}));
-}
+TEST(SplitEntropy, PurePartsHaveNone) { EXPECT_EQ(0.0, SplitEntropyOf({4, 4, 0}, {6, 0, 6})); }
 
 TEST(SplitEntropy, PartsCountByTheirWeight) {
   EXPECT_EQ(0.25, SplitEntropyOf({2, 1, 1}, {6, 0, 6}));  // (2 * 1 + 6 * 0) / 8
@@ -358,14 +356,10 @@ bool IsBoundary(const Numbers& row, const Numbers& next) {
 
 bool IsEvaluated(Rule rule, bool boundary, bool afterBoundary, bool afterEvaluated) {
   switch (rule) {
-    case Rule::kBoundariesAndOneFollowOn:
-      return boundary || afterBoundary;
-    case Rule::kBoundaries:
-      return boundary;
-    case Rule::kBoundariesAndAllFollowOns:
-      return boundary || afterEvaluated;
-    case Rule::kAll:
-      return true;
+    case Rule::kBoundariesAndOneFollowOn: return boundary || afterBoundary;
+    case Rule::kBoundaries: return boundary;
+    case Rule::kBoundariesAndAllFollowOns: return boundary || afterEvaluated;
+    case Rule::kAll: return true;
   }
   return true;
 }
@@ -438,8 +432,7 @@ Differences CompareWithThePlainRule(bool closed) {
     EXPECT_EQ(plain, BestPosition(rows, closed)) << "seed " << seed;
     if (testing::Test::HasFailure()) break;
     differences.boundaries += plain != PlainBest(rows, closed, Rule::kBoundaries);
-    differences.allFollowOns +=
-        plain != PlainBest(rows, closed, Rule::kBoundariesAndAllFollowOns);
+    differences.allFollowOns += plain != PlainBest(rows, closed, Rule::kBoundariesAndAllFollowOns);
     differences.all += plain != PlainBest(rows, closed, Rule::kAll);
   }
   return differences;

@@ -165,8 +165,7 @@ TEST(MDLP, AnErrorOfTheCutSearchIsNoAcceptedCut) {
 }
 
 TEST(MDLP, MissingValuesAndTargetsTakeNoPart) {
-  const Outcome out =
-      Pair({1, kMissing, 2, 3, 4, 9}, {0, 1, 0, 1, 1, kMissing}, kClosed).Bin();
+  const Outcome out = Pair({1, kMissing, 2, 3, 4, 9}, {0, 1, 0, 1, 1, kMissing}, kClosed).Bin();
   EXPECT_EQ((Cuts{2}), out.cuts);
   EXPECT_EQ((Numbers{2, 2, 0, 2, 0, 2}), out.cellCounts);
 }
@@ -460,8 +459,7 @@ TEST(LittleBins, ABinThatOnlyBecomesSmallByAMergeStays) {
 // bits against 1.326); beside bin 2 with bin 1 in it, with its left one (1.319 against
 // 1.325).
 TEST(LittleBins, CandidatesAreComparedOnTheBinsAsTheyWere) {
-  const Merged merged =
-      Merge(0.5, {{8, 0, 12}, {0, 4, 2}, {1, 12, 0}, {0, 1, 1}, {20, 12, 12}});
+  const Merged merged = Merge(0.5, {{8, 0, 12}, {0, 4, 2}, {1, 12, 0}, {0, 1, 1}, {20, 12, 12}});
   EXPECT_EQ((Cuts{1, 3}), merged.cuts);
   EXPECT_EQ((Table{{20, 8, 0, 12}, {19, 1, 16, 2}, {46, 20, 13, 13}}), merged.bins);
 }

@@ -33,8 +33,8 @@ using support::Warning;
 
 // Columns that the tests are made of, eight cases each.
 const Numbers k1To8{1, 2, 3, 4, 5, 6, 7, 8};
-const Numbers kHalves{0, 0, 0, 0, 1, 1, 1, 1};     // cut by k1To8 at 4
-const Numbers kReversed{8, 7, 6, 5, 4, 3, 2, 1};   // cut by kHalves at 4 as well
+const Numbers kHalves{0, 0, 0, 0, 1, 1, 1, 1};    // cut by k1To8 at 4
+const Numbers kReversed{8, 7, 6, 5, 4, 3, 2, 1};  // cut by kHalves at 4 as well
 const Numbers kAlternating{0, 1, 0, 1, 0, 1, 0, 1};
 const Numbers kScattered{1, 5, 2, 6, 3, 7, 4, 8};  // kHalves cannot be told from it
 const Numbers kConstant(8, 3.0);
@@ -88,8 +88,8 @@ TEST(BINAlgorithm, KeepsItsOwnCopyOfTheVariableList) {
 // ------------------------------------------------------------------- a good run
 
 TEST(BINAlgorithm, APairsResultHoldsCutsCountsAndSummary) {
-  SupervisedRun run("xy", Columns({{1, 2, 3, 4, kMissing, 6, 7, 8, 9},
-                                   {0, 0, 0, 0, 1, 1, 1, 1, kMissing}}));
+  SupervisedRun run(
+      "xy", Columns({{1, 2, 3, 4, kMissing, 6, 7, 8, 9}, {0, 0, 0, 0, 1, 1, 1, 1, kMissing}}));
   EXPECT_EQ(OK(), run.CreateBins());
   const BINAttributeTargetResults result = run.Result(0, 1);
   EXPECT_EQ(OK(), result.GetStatus());
@@ -218,8 +218,7 @@ TEST(BINAlgorithm, TheTemporaryFilesLiveAsLongAsTheAlgorithm) {
 
 TEST(BINAlgorithm, IsDeletedThroughItsInterface) {
   SupervisedRun run("xy", CuttableRows());
-  std::unique_ptr<IBINAlgorithm> algorithm =
-      std::make_unique<BINAlgorithm>(run.settings, run.list);
+  std::unique_ptr<IBINAlgorithm> algorithm = std::make_unique<BINAlgorithm>(run.settings, run.list);
   EXPECT_EQ(OK(), algorithm->CreateBins(run.records, nullptr, nullptr));
   EXPECT_FALSE(run.directory.IsEmpty());
   algorithm.reset();
@@ -777,8 +776,9 @@ TEST(SecondCreateBins, AfterAFailedPassStillChecksTheListsFirst) {
 class ProgressRun : public SupervisedRun {
  public:
   explicit ProgressRun(int skipped)
-      : SupervisedRun("xxxxxyc", Columns({k1To8, k1To8, k1To8, k1To8, k1To8, kHalves,
-                                          {0, 0, 0, 0, 2, 2, 2, 2}})) {
+      : SupervisedRun(
+            "xxxxxyc",
+            Columns({k1To8, k1To8, k1To8, k1To8, k1To8, kHalves, {0, 0, 0, 0, 2, 2, 2, 2}})) {
     EXPECT_TRUE(settings.SetNSkippedAttReports(skipped));
     settings.SetProgressListener(&listener);
   }
@@ -838,15 +838,13 @@ TEST(Progress, APairThatEndsInAnErrorIsCountedAndNotReported) {
 
 TEST(Progress, AReportThatAnErrorPreventedIsMadeUpForByTheNextPair) {
   ProgressRun run(1);
-  EXPECT_EQ(Warning(120018),
-            run.CreateBins({0, 1, 2, 3, 4}, {kGood, kBad, kGood, kGood, kGood}));
+  EXPECT_EQ(Warning(120018), run.CreateBins({0, 1, 2, 3, 4}, {kGood, kBad, kGood, kGood, kGood}));
   EXPECT_EQ((Indices{2, 4}), run.listener.Indices());
 }
 
 TEST(Progress, ErrorsInARowPreventNoMoreThanTheirOwnReports) {
   ProgressRun run(0);
-  EXPECT_EQ(Warning(120018),
-            run.CreateBins({0, 1, 2, 3, 4}, {kBad, kBad, kBad, kGood, kGood}));
+  EXPECT_EQ(Warning(120018), run.CreateBins({0, 1, 2, 3, 4}, {kBad, kBad, kBad, kGood, kGood}));
   EXPECT_EQ((Indices{3, 4}), run.listener.Indices());
 }
 
@@ -923,8 +921,8 @@ TEST(BINAlgorithm, DisplayReturnsTheStream) {
 
 class WeightIndexAlgorithm : public OpenAlgorithm {
  public:
-  using OpenAlgorithm::OpenAlgorithm;
   using OpenAlgorithm::fWeightIndex;
+  using OpenAlgorithm::OpenAlgorithm;
 };
 
 // A list's own weight has a level that no target has, and is refused for that.

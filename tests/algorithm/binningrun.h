@@ -24,7 +24,9 @@ namespace TQBinning {
 
 // How a failed comparison shows a status.
 inline void PrintTo(const TQStatus& status, std::ostream* os) {
-  *os << (status.IsOK() ? "OK " : status.IsError() ? "error " : "warning ")
+  *os << (status.IsOK()      ? "OK "
+          : status.IsError() ? "error "
+                             : "warning ")
       << status.GetErrorCode() << " {";
   for (unsigned int i = 0; i < 3; ++i) {
     *os << ' ' << status.GetDiscreteDatum(i) << '/' << status.GetScaleDatum(i);
@@ -59,9 +61,7 @@ inline BINVarList VarList(const std::string& letters, int categories = 2) {
     std::string name = "v";
     name += std::to_string(i);
     switch (letters[i]) {
-      case 'x':
-        list.AddContVar(name, "", IBINVariable::kAttribute);
-        break;
+      case 'x': list.AddContVar(name, "", IBINVariable::kAttribute); break;
       case 'y':
         list.AddCatVar(name, "", categories, IBINVariable::kNumericCategorical,
                        IBINVariable::kTarget);
@@ -70,14 +70,11 @@ inline BINVarList VarList(const std::string& letters, int categories = 2) {
         list.AddCatVar(name, "", categories, IBINVariable::kNumericCategorical,
                        IBINVariable::kAttribute);
         break;
-      case 'w':
-        list.AddWeightVar(name, "", IBINVariable::kRoundToClosest);
-        break;
+      case 'w': list.AddWeightVar(name, "", IBINVariable::kRoundToClosest); break;
       case 'f':
         list.AddWeightVar(name, "", static_cast<IBINVariable::BINWRoundingOption>(2));
         break;
-      default:
-        ADD_FAILURE() << "no variable is written " << letters[i];
+      default: ADD_FAILURE() << "no variable is written " << letters[i];
     }
   }
   return list;

@@ -101,8 +101,7 @@ TEST(BINSettings, SmallBinThresholdRefusesWhatLiesOutsideAndNaN) {
   EXPECT_FALSE(settings.SetSmallBinDetectionThreshold(-0.1));
   EXPECT_FALSE(settings.SetSmallBinDetectionThreshold(kNaN));
   EXPECT_FALSE(settings.SetSmallBinDetectionThreshold(-kNaN));
-  EXPECT_FALSE(
-      settings.SetSmallBinDetectionThreshold(-std::numeric_limits<double>::denorm_min()));
+  EXPECT_FALSE(settings.SetSmallBinDetectionThreshold(-std::numeric_limits<double>::denorm_min()));
   EXPECT_FALSE(settings.SetSmallBinDetectionThreshold(std::numeric_limits<double>::infinity()));
   EXPECT_EQ(0.5, settings.GetSmallBinDetectionThreshold());
 }
@@ -153,8 +152,7 @@ void ExpectEveryField(const BINSettings& settings, ProgressListener* listener,
   EXPECT_FALSE(settings.IsRightBorderClosed());
   EXPECT_EQ(5, settings.GetNumDistinctValueThreshold());
   EXPECT_EQ(6, settings.GetNumberOfBins());
-  EXPECT_EQ("/some/directory/with/a/name/too/long/for/a/small/string",
-            settings.GetTempDirName());
+  EXPECT_EQ("/some/directory/with/a/name/too/long/for/a/small/string", settings.GetTempDirName());
   EXPECT_EQ(0.125, settings.GetSmallBinDetectionThreshold());
 }
 

@@ -365,8 +365,8 @@ TEST(AttributeStatus, AMissingCaseHidesThatTheOnlyCutIsTheLargestValue) {
 // The unused tuple at the end of the second attribute holds what the first one left
 // there: a 9 again, so that the cut is the largest value, and one more of its run.
 TEST(AttributeStatus, WhatAnEarlierAttributeLeftBehindCounts) {
-  EqualFrequencyRun run("xx", Columns({{1, 2, 3, 4, 5, 6, 7, 8, 9},
-                                       {1, 9, 9, 9, 9, 9, 9, 9, kMissing}}));
+  EqualFrequencyRun run("xx",
+                        Columns({{1, 2, 3, 4, 5, 6, 7, 8, 9}, {1, 9, 9, 9, 9, 9, 9, 9, kMissing}}));
   EXPECT_EQ(Warning(120018), run.CreateBins());
   EXPECT_EQ(Warning(120019, 1), run.Result(1).GetStatus());
   EXPECT_EQ((Numbers{9}), run.Counts(1));

@@ -21,7 +21,7 @@ using support::TQStatus;
 using support::VarList;
 
 std::unique_ptr<IEFBINAlgorithm> Create(EFBINFactory& factory, BINVarList list,
-                                      EFBINSettings settings = EFBINSettings()) {
+                                        EFBINSettings settings = EFBINSettings()) {
   return std::unique_ptr<IEFBINAlgorithm>(factory.CreateEFBINAlgorithm(settings, list));
 }
 

@@ -111,8 +111,7 @@ void ExpectEveryField(const EFBINSettings& settings, ProgressListener* listener,
   EXPECT_EQ(query, settings.GetCancelPointer());
   EXPECT_FALSE(settings.IsRightBorderClosed());
   EXPECT_EQ(6, settings.GetNumberOfBins());
-  EXPECT_EQ("/some/directory/with/a/name/too/long/for/a/small/string",
-            settings.GetTempDirName());
+  EXPECT_EQ("/some/directory/with/a/name/too/long/for/a/small/string", settings.GetTempDirName());
 }
 
 TEST(EFBINSettings, ACopyHoldsEveryFieldAndSharesThePointers) {

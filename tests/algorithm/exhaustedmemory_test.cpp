@@ -134,8 +134,9 @@ void ExpectResourceFailuresUntilThereIsEnough(MakeRun makeRun) {
 }
 
 TEST(ExhaustedMemory, DuringASupervisedRunIsAResourceFailure) {
-  ExpectResourceFailuresUntilThereIsEnough(
-      [] { return std::make_unique<SupervisedRun>("xy", Columns({k1To4, kHalves})); });
+  ExpectResourceFailuresUntilThereIsEnough([] {
+    return std::make_unique<SupervisedRun>("xy", Columns({k1To4, kHalves}));
+  });
 }
 
 TEST(ExhaustedMemory, DuringASupervisedRunWithPreBinningIsAResourceFailure) {
@@ -147,8 +148,9 @@ TEST(ExhaustedMemory, DuringASupervisedRunWithPreBinningIsAResourceFailure) {
 }
 
 TEST(ExhaustedMemory, DuringAnEqualFrequencyRunIsAResourceFailure) {
-  ExpectResourceFailuresUntilThereIsEnough(
-      [] { return std::make_unique<EqualFrequencyRun>("xx", Columns({k1To4, k1To4})); });
+  ExpectResourceFailuresUntilThereIsEnough([] {
+    return std::make_unique<EqualFrequencyRun>("xx", Columns({k1To4, k1To4}));
+  });
 }
 
 }  // namespace

@@ -83,8 +83,8 @@ TEST(BINProgressReporter, AListenerReadsTheMeasuresThroughTheBaseClass) {
   listener.Report(&reporter);
   reporter.SetValues(4, 0.75);
   listener.Report(&reporter);
-  EXPECT_THAT(listener.Reports(),
-              testing::ElementsAre(std::pair<int, double>(2, 0.5), std::pair<int, double>(4, 0.75)));
+  EXPECT_THAT(listener.Reports(), testing::ElementsAre(std::pair<int, double>(2, 0.5),
+                                                       std::pair<int, double>(4, 0.75)));
 }
 
 TEST(BINProgressReporter, ACopyIsIndependent) {

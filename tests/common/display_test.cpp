@@ -274,8 +274,7 @@ TEST(DisplayList, IntsStandTenToALineInWidthsOfTheirContainer) {
             ShownI(std::valarray<int>(7, 11)));
   const std::string narrow = Fields(10, 6, "7") + "\n";
   EXPECT_EQ("x (10 elements): \n" + narrow, ShownI(std::vector<int>(10, 7)));
-  EXPECT_EQ("x (11 elements): \n" + narrow + Field(6, "7") + "\n",
-            ShownI(std::vector<int>(11, 7)));
+  EXPECT_EQ("x (11 elements): \n" + narrow + Field(6, "7") + "\n", ShownI(std::vector<int>(11, 7)));
 }
 
 TEST(DisplayList, BoolsStandTenToALine) {
@@ -300,7 +299,8 @@ TEST(DisplayList, AValueWiderThanItsFieldIsWrittenWhole) {
 
 TEST(DisplayList, AMissingDoubleIsMarkedWithoutWidth) {
   const double missing = TQMV::gMissingValue;
-  EXPECT_EQ("x (3 elements): \n<missing>           1 <missing> \n", ShownP({missing, 1.0, missing}));
+  EXPECT_EQ("x (3 elements): \n<missing>           1 <missing> \n",
+            ShownP({missing, 1.0, missing}));
   EXPECT_EQ("x (3 elements): \n<missing>           1 <missing> \n",
             ShownD(std::valarray<double>{missing, 1.0, missing}));
   EXPECT_EQ("x (3 elements): \n<missing>        1 <missing> \n",

@@ -364,10 +364,10 @@ TEST(BINStringUserMissing, ValuesWithLabelsAreShownInTheFrame) {
   BINStringUserMissing missing;
   missing.AddValue("N/A", "not available");
   missing.AddValue("?", "unclear");
-  EXPECT_TRUE(OccurInOrder(Shown(missing), {"Start of BINStringUserMissing display\n",
-                                            "Discrete missing values:", "N/A, label = not available",
-                                            "?, label = unclear",
-                                            "End of BINStringUserMissing display\n"}))
+  EXPECT_TRUE(
+      OccurInOrder(Shown(missing), {"Start of BINStringUserMissing display\n",
+                                    "Discrete missing values:", "N/A, label = not available",
+                                    "?, label = unclear", "End of BINStringUserMissing display\n"}))
       << Shown(missing);
 }
 

@@ -37,7 +37,9 @@ static_assert(std::is_abstract_v<IBINVariable>);
 static_assert(std::has_virtual_destructor_v<IBINVariable>);
 
 BINContVar Income() { return BINContVar("income", "Yearly income", kAttribute); }
-BINCatVar Grade(int categories) { return BINCatVar("grade", "Grade", categories, kNumeric, kTarget); }
+BINCatVar Grade(int categories) {
+  return BINCatVar("grade", "Grade", categories, kNumeric, kTarget);
+}
 BINCatVar Town(int categories) { return BINCatVar("town", "Town", categories, kString, kTarget); }
 BINWeightVar Weight() { return BINWeightVar("w", "Weight", IBINVariable::kTruncate); }
 
@@ -108,7 +110,8 @@ TEST(BINContVar, LabelAndAnyRoleCanBeSet) {
   variable.SetVariableLabel("Gross income");
   EXPECT_EQ("Gross income", variable.GetVariableLabel());
   EXPECT_EQ("income", variable.GetVariableName());
-  for (const auto role : {kTarget, kUndefined, kWeight, static_cast<IBINVariable::VariableRole>(9)}) {
+  for (const auto role :
+       {kTarget, kUndefined, kWeight, static_cast<IBINVariable::VariableRole>(9)}) {
     variable.SetVariableRole(role);
     EXPECT_EQ(role, variable.GetVariableRole());
   }

@@ -34,8 +34,9 @@ void MustStore(BINOutput& output, int attribute, int target, const std::set<doub
 // Stores the pair (2, 5) with a different number in every field.
 void StoreFullPair(BINOutput& output) {
   ASSERT_TRUE(output
-                  .SetAttributeTargetResults(Warning(120017), {1.5, 2.5}, {6, 4, 2, 5, 3, 2, 3, 1, 2},
-                                             2, 5, 7, 14.0, 16.5, -1.25, 8.75, 0.875)
+                  .SetAttributeTargetResults(Warning(120017), {1.5, 2.5},
+                                             {6, 4, 2, 5, 3, 2, 3, 1, 2}, 2, 5, 7, 14.0, 16.5,
+                                             -1.25, 8.75, 0.875)
                   .IsOK());
 }
 

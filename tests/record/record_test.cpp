@@ -13,9 +13,9 @@
 namespace {
 
 using support::MakeRecord;
-using TQCommon::Record;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using TQCommon::Record;
 
 std::vector<double> Fields(const Record& record) {
   std::vector<double> fields;

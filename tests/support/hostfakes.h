@@ -25,8 +25,7 @@ class CancelAtPoll : public TQQueryCancel {
 class RecordingListener : public ProgressListener {
  public:
   void Report(ProgressReport* report) override {
-    fReports.emplace_back(report->DiscreteMeasure("IndexVar"),
-                          report->ScaleMeasure("elapsedTime"));
+    fReports.emplace_back(report->DiscreteMeasure("IndexVar"), report->ScaleMeasure("elapsedTime"));
   }
   const std::vector<std::pair<int, double>>& Reports() const { return fReports; }
   std::vector<int> Indices() const {
