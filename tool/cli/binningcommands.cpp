@@ -42,14 +42,7 @@ std::string CheckScale(const std::string& text) {
   return fmt::format("{} is neither mean nor a number above 0", Quoted(text));
 }
 
-void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
-  AddInputArguments(command, options.input);
-  command
-      .add_option("-a,--attribute", options.attributes,
-                  "column to bin; repeat it, or give a comma list (default: every column whose "
-                  "first rows hold numbers, but targets and weight)")
-      ->allow_extra_args(false)
-      ->type_name("COLUMN");
+void AddWeightOptions(CLI::App& command, Options& options, RawOptions& raw) {
   CLI::Option* const weight =
       command
           .add_option("-w,--weight", options.settings.weight,
@@ -69,6 +62,17 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
       ->check(CheckScale)
       ->needs(weight)
       ->type_name("SCALE");
+}
+
+void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
+  AddInputArguments(command, options.input);
+  command
+      .add_option("-a,--attribute", options.attributes,
+                  "column to bin; repeat it, or give a comma list (default: every column whose "
+                  "first rows hold numbers, but targets and weight)")
+      ->allow_extra_args(false)
+      ->type_name("COLUMN");
+  AddWeightOptions(command, options, raw);
   AddChoice<bool>(command, "--closed", options.settings.isRightClosed,
                   {{"right", true}, {"left", false}},
                   "the side on which a bin contains its cut point: right (default) or left");
