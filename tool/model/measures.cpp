@@ -61,6 +61,11 @@ void MeasureEvents(const BinnedAttribute& attribute, double nonEvents, double ev
 
 }  // namespace
 
+double ShareOf(const Bin& bin, const BinnedAttribute& attribute) {
+  const bool isKnown = bin.count.weight != TQMV::gMissingValue && attribute.total.weight > 0.0;
+  return isKnown ? bin.count.weight / attribute.total.weight : TQMV::gMissingValue;
+}
+
 std::optional<Measures> MeasuresOf(const BinnedAttribute& attribute) {
   if (attribute.bins.empty() || attribute.bins[0].categories.empty()) return std::nullopt;
   if (!HasAllWeights(attribute)) return std::nullopt;

@@ -21,6 +21,9 @@ struct Measures {
   double informationValue = 0.0;  // the sum over the bins
 };
 
+// The part of all cases' weight that is in a bin; gMissingValue when it is not known.
+double ShareOf(const Bin& bin, const BinnedAttribute& attribute);
+
 // The measures of an attribute from its bins' weights; none without a target, without
 // bins, or when a count is not known.
 std::optional<Measures> MeasuresOf(const BinnedAttribute& attribute);

@@ -47,6 +47,7 @@ struct Settings {
   std::string weight;                      // empty for none
   std::string weightRounding = "closest";  // closest, down, none
   std::string weightScale;                 // empty for none, kMeanScale, or a number to multiply by
+  double weightDivisor = TQMV::gMissingValue;  // what kMeanScale came to; else not known
   MissingRule weightMissing;
   std::vector<std::string> missingTokens;  // texts that stand for a missing value everywhere
 

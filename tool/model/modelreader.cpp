@@ -1,6 +1,7 @@
 #include "model/modelreader.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include <fmt/format.h>
@@ -9,6 +10,7 @@
 #include "base/plaintext.h"
 #include "base/statuswords.h"
 #include "model/jsonnode.h"
+#include "model/measures.h"
 #include "model/modelformat.h"
 #include "model/recount.h"
 
@@ -18,6 +20,11 @@ namespace {
 constexpr std::size_t kMaxFileSize = std::size_t{1} << 28;  // more than any model has
 
 std::string TextOrEmpty(const JsonNode& node) { return node.IsNull() ? "" : node.Text(); }
+
+// A number that files of earlier tools do not have; gMissingValue without one.
+double OptionalNumber(const JsonNode& node, const char* key) {
+  return node.Has(key) ? node.At(key).NumberOr(TQMV::gMissingValue) : TQMV::gMissingValue;
+}
 
 bool ReadIsRightClosed(const JsonNode& node) {
   const std::string side = node.Text();
@@ -91,11 +98,12 @@ std::string ReadRounding(const JsonNode& node) {
 
 void ReadWeight(const JsonNode& node, Settings& settings) {
   if (node.IsNull()) return;
-  node.AllowOnly({"column", "rounding", "scale", "missing"});
+  node.AllowOnly({"column", "rounding", "scale", "divisor", "missing"});
   settings.weight = node.At("column").Text();
   if (settings.weight.empty()) node.At("column").Fail("expected a name, or null for no weight");
   settings.weightRounding = ReadRounding(node.At("rounding"));
   settings.weightScale = TextOrEmpty(node.At("scale"));
+  settings.weightDivisor = OptionalNumber(node, "divisor");
   settings.weightMissing = ReadNumericRule(node.At("missing"));
 }
 
@@ -143,8 +151,8 @@ std::vector<double> ReadCounts(const JsonNode& node, std::size_t size) {
 }
 
 Bin ReadBin(const JsonNode& node, const Target* target) {
-  node.AllowOnly(
-      {"lower", "upper", "closed", "weight", "rows", "category_weights", "category_rows"});
+  node.AllowOnly({"lower", "upper", "closed", "weight", "rows", "share", "category_weights",
+                  "category_rows", "event_rate", "weight_of_evidence", "information_value"});
   Bin bin;
   bin.lower = node.At("lower").NumberOr(bin.lower);
   bin.upper = node.At("upper").NumberOr(bin.upper);
@@ -182,13 +190,43 @@ std::vector<std::string> ReadLabels(const JsonNode& node, std::size_t numBins) {
   return labels;
 }
 
+// Refuses a measure that is there and not what the counts make of it.
+void CheckMeasure(const JsonNode& node, const char* key, double counted) {
+  constexpr double kTolerance = 1e-9;  // logarithms differ a little from machine to machine
+  const double found = OptionalNumber(node, key);
+  if (found == TQMV::gMissingValue) return;
+  if (std::abs(found - counted) <= kTolerance * std::max(1.0, std::abs(counted))) return;
+  node.At(key).Fail(
+      fmt::format("{} is not what the counts come to ({}); correct the counts, or set it to null",
+                  found, counted == TQMV::gMissingValue ? "nothing" : fmt::format("{}", counted)));
+}
+
+// Refuses measures that are not those of the attribute's bins, as they were counted.
+void CheckMeasures(const JsonNode& node, const BinnedAttribute& attribute) {
+  const double unknown = TQMV::gMissingValue;
+  const std::optional<Measures> measures = MeasuresOf(attribute);
+  const bool hasEvents = measures.has_value() && !measures->bins.empty();
+  CheckMeasure(node, "information_gain", measures ? measures->informationGain : unknown);
+  CheckMeasure(node, "information_value", hasEvents ? measures->informationValue : unknown);
+  const std::vector<JsonNode> bins = node.At("bins").Items();
+  const Measures::OfBin none = {unknown, unknown, unknown};
+  for (std::size_t b = 0; b < bins.size(); ++b) {
+    const Measures::OfBin& measured = hasEvents ? measures->bins[b] : none;
+    CheckMeasure(bins[b], "share", ShareOf(attribute.bins[b], attribute));
+    CheckMeasure(bins[b], "event_rate", measured.eventRate);
+    CheckMeasure(bins[b], "weight_of_evidence", measured.weightOfEvidence);
+    CheckMeasure(bins[b], "information_value", measured.informationValue);
+  }
+}
+
 // The bins of an attribute whose cut points and closed side have been read.
 void ReadBins(const JsonNode& node, const Target* target, BinnedAttribute& attribute) {
   bool isSideKept = true;
-  for (const JsonNode& item : node.Items()) {
+  for (const JsonNode& item : node.At("bins").Items()) {
     attribute.bins.push_back(ReadBin(item, target));
     isSideKept = isSideKept && ReadIsRightClosed(item.At("closed")) == attribute.isRightClosed;
   }
+  CheckMeasures(node, attribute);
   const bool hasNone = attribute.bins.empty() && attribute.cuts.empty();
   if (hasNone || (isSideKept && FitCuts(attribute.bins, attribute.cuts))) return;
   attribute.isEdited = true;
@@ -216,9 +254,27 @@ std::optional<std::size_t> ReadTargetIndex(const JsonNode& node,
 }
 
 BinnedAttribute ReadAttribute(const JsonNode& node, const std::vector<Target>& targets) {
-  node.AllowOnly({"name", "target", "kind", "status", "closed", "cuts", "labels", "missing",
-                  "minimum", "maximum", "distinct_values", "entropy", "prebinned", "edited",
-                  "weight", "rows", "total_weight", "total_rows", "bins"});
+  node.AllowOnly({"name",
+                  "target",
+                  "kind",
+                  "status",
+                  "closed",
+                  "cuts",
+                  "labels",
+                  "missing",
+                  "minimum",
+                  "maximum",
+                  "distinct_values",
+                  "entropy",
+                  "information_gain",
+                  "information_value",
+                  "prebinned",
+                  "edited",
+                  "weight",
+                  "rows",
+                  "total_weight",
+                  "total_rows",
+                  "bins"});
   if (node.At("kind").Text() != "continuous") {
     node.At("kind").Fail("expected \"continuous\", the only kind of column that has bins");
   }
@@ -241,7 +297,7 @@ BinnedAttribute ReadAttribute(const JsonNode& node, const std::vector<Target>& t
   attribute.isPreBinned = node.At("prebinned").Flag();
   attribute.isEdited = node.At("edited").Flag();
   const Target* const target = targets.empty() ? nullptr : &targets[*attribute.target];
-  ReadBins(node.At("bins"), target, attribute);
+  ReadBins(node, target, attribute);
   return attribute;
 }
 

@@ -1,9 +1,12 @@
 #include "model/modelwriter.h"
 
 #include <cmath>
+#include <cstddef>
+#include <optional>
 
 #include "base/statuswords.h"
 #include "model/jsontext.h"
+#include "model/measures.h"
 #include "model/modelformat.h"
 
 namespace TQTool {
@@ -56,6 +59,7 @@ Json WeightJson(const Settings& settings) {
   return {{"column", settings.weight},
           {"rounding", settings.weightRounding},
           {"scale", Text(settings.weightScale)},
+          {"divisor", Number(settings.weightDivisor)},
           {"missing", NumericRuleJson(settings.weightMissing)}};
 }
 
@@ -82,12 +86,20 @@ Json TargetJson(const Target& target) {
           {"missing", {{"values", target.missing.texts}}}};
 }
 
-Json BinJson(const Bin& bin, bool isRightClosed) {
+// What a bin tells about a target of two categories.
+void AddEvents(const Measures::OfBin& measured, Json& bin) {
+  bin["event_rate"] = Number(measured.eventRate);
+  bin["weight_of_evidence"] = Number(measured.weightOfEvidence);
+  bin["information_value"] = Number(measured.informationValue);
+}
+
+Json BinJson(const Bin& bin, const BinnedAttribute& attribute) {
   Json result = {{"lower", Number(bin.lower)},
                  {"upper", Number(bin.upper)},
-                 {"closed", SideText(isRightClosed)},
+                 {"closed", SideText(attribute.isRightClosed)},
                  {"weight", Number(bin.count.weight)},
-                 {"rows", Number(bin.count.rows)}};
+                 {"rows", Number(bin.count.rows)},
+                 {"share", Number(ShareOf(bin, attribute))}};
   if (bin.categories.empty()) return result;
   Json& weights = result["category_weights"] = Json::array();
   Json& rows = result["category_rows"] = Json::array();
@@ -99,6 +111,10 @@ Json BinJson(const Bin& bin, bool isRightClosed) {
 }
 
 Json AttributeJson(const BinnedAttribute& attribute, const Target* target) {
+  const double unknown = TQMV::gMissingValue;
+  const std::optional<Measures> measures = MeasuresOf(attribute);
+  const bool hasEvents = measures.has_value() && !measures->bins.empty();
+  const double gain = measures.has_value() ? measures->informationGain : unknown;
   Json result = {{"name", attribute.name},
                  {"target", target == nullptr ? Json(nullptr) : Json(target->name)},
                  {"kind", "continuous"},
@@ -111,6 +127,8 @@ Json AttributeJson(const BinnedAttribute& attribute, const Target* target) {
                  {"maximum", Number(attribute.maximum)},
                  {"distinct_values", attribute.numDistinct},
                  {"entropy", Number(attribute.entropy)},
+                 {"information_gain", Number(gain)},
+                 {"information_value", Number(hasEvents ? measures->informationValue : unknown)},
                  {"prebinned", attribute.isPreBinned},
                  {"edited", attribute.isEdited},
                  {"weight", Number(attribute.valid.weight)},
@@ -118,7 +136,10 @@ Json AttributeJson(const BinnedAttribute& attribute, const Target* target) {
                  {"total_weight", Number(attribute.total.weight)},
                  {"total_rows", Number(attribute.total.rows)}};
   Json& bins = result["bins"] = Json::array();
-  for (const Bin& bin : attribute.bins) bins.push_back(BinJson(bin, attribute.isRightClosed));
+  for (std::size_t b = 0; b < attribute.bins.size(); ++b) {
+    bins.push_back(BinJson(attribute.bins[b], attribute));
+    if (hasEvents) AddEvents(measures->bins[b], bins.back());
+  }
   return result;
 }
 

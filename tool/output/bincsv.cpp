@@ -62,11 +62,6 @@ std::string CountsText(const Target* target, const Bin& bin, double Count::*whic
   return text + "}";
 }
 
-double ShareOf(const Bin& bin, const BinnedAttribute& attribute) {
-  const bool isKnown = bin.count.weight != TQMV::gMissingValue && attribute.total.weight > 0.0;
-  return isKnown ? bin.count.weight / attribute.total.weight : TQMV::gMissingValue;
-}
-
 // What the rows of all bins of an attribute begin with.
 void AddAttribute(const BinnedAttribute& attribute, const Target* target, CsvRow& row) {
   row.AddText(attribute.name);

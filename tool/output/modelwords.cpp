@@ -34,9 +34,12 @@ std::string PrintableList(std::vector<std::string> names) {
 }
 
 // How weights were scaled; nothing when they were not.
-std::string ScaleText(const std::string& scale) {
+std::string ScaleText(const Settings& settings) {
+  const std::string& scale = settings.weightScale;
   if (scale.empty()) return "";
-  return scale == kMeanScale ? " divided by its mean" : fmt::format(" times {}", Printable(scale));
+  if (scale != kMeanScale) return fmt::format(" times {}", Printable(scale));
+  if (settings.weightDivisor == TQMV::gMissingValue) return " divided by its mean";
+  return fmt::format(" divided by its mean, {}", WeightText(settings.weightDivisor));
 }
 
 }  // namespace
@@ -85,7 +88,7 @@ std::string RowsOf(const Model& model) {
   if (!model.settings.weight.empty()) {
     text += fmt::format(" of total weight {} by {}", WeightText(model.input.weight),
                         Printable(model.settings.weight));
-    text += ScaleText(model.settings.weightScale);
+    text += ScaleText(model.settings);
   }
   const std::string leftOut = LeftOutOf(model);
   return leftOut.empty() ? text : text + "; " + leftOut;

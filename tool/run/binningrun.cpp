@@ -145,7 +145,8 @@ Model RunBinning(const Options& options) {
                  static_cast<std::size_t>(list.Size()) * (isWeighted ? 2 : 1));
   std::optional<CaseSpool> cases;  // where rows and weights differ
   if (isWeighted) cases.emplace(directory.GetPath(), list.Size());
-  RecordFeed records(table, columns, missing, list, FindWeightRule(options, missing));
+  const WeightRule weightRule = FindWeightRule(options, missing);
+  RecordFeed records(table, columns, missing, list, weightRule);
   if (cases.has_value()) records.KeepCasesIn(*cases);
 
   Model model;
@@ -156,6 +157,7 @@ Model RunBinning(const Options& options) {
   model.method = options.method;
   model.settings = options.settings;
   model.settings.weightMissing = MissingRuleOf(options.settings.weight, options.userMissing);
+  if (options.settings.weightScale == kMeanScale) model.settings.weightDivisor = weightRule.divisor;
   BinPairs({options, columns, list, records, directory, table.GetName()}, model);
   model.input = Summarize(records.GetFedData(), table);
   CheckArrival(model.attributes, records.GetFedData());

@@ -1,11 +1,14 @@
 #include "model/modelwriter.h"
 
+#include <cmath>
 #include <limits>
+#include <optional>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "model/measures.h"
 #include "modeltesting.h"
 
 namespace TQTool {
@@ -50,11 +53,32 @@ TEST(ModelWriter, HoldsTheBins) {
                   {"closed", "right"},
                   {"weight", 7.0},
                   {"rows", 7.0},
+                  {"share", 7.0 / 12.0},
                   {"category_weights", {6.0, 1.0}},
-                  {"category_rows", {6.0, 1.0}}}),
+                  {"category_rows", {6.0, 1.0}},
+                  {"event_rate", 1.0 / 7.0},
+                  {"weight_of_evidence", std::log((1.0 / 4.0) / (6.0 / 6.0))},
+                  {"information_value", -0.75 * std::log(0.25)}}),
             attribute["bins"][0]);
   EXPECT_FALSE(
       Document(SmallEqualFrequencyModel())["attributes"][0]["bins"][0].contains("category_rows"));
+}
+
+TEST(ModelWriter, HoldsTheMeasuresOfAColumn) {
+  const Json attribute = Document(SmallModel())["attributes"][0];
+  const std::optional<Measures> measures = MeasuresOf(SmallModel().attributes[0]);
+  EXPECT_EQ(measures->informationGain, attribute["information_gain"]);
+  EXPECT_EQ(measures->informationValue, attribute["information_value"]);
+  EXPECT_EQ(nullptr, Document(SmallEqualFrequencyModel())["attributes"][0]["information_gain"]);
+}
+
+TEST(ModelWriter, WeightHasTheDivisorThatItsMeanWas) {
+  Model model = SmallModel();
+  model.settings.weight = "n";
+  EXPECT_EQ(nullptr, Document(model)["settings"]["weight"]["divisor"]);
+  model.settings.weightScale = kMeanScale;
+  model.settings.weightDivisor = 2.5;
+  EXPECT_EQ(2.5, Document(model)["settings"]["weight"]["divisor"]);
 }
 
 TEST(ModelWriter, UnknownNumbersAreNull) {
