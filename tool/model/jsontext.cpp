@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <set>
+#include <cstddef>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -15,7 +16,8 @@
 namespace TQTool {
 namespace {
 
-constexpr int kMaxDepth = 20;  // a model has five levels
+constexpr std::size_t kMaxDepth = 20;   // a model has seven levels
+constexpr std::size_t kMaxKeys = 1000;  // a model's objects have twenty
 
 // "NAME:LINE:COLUMN: " of a byte.
 std::string PlaceOf(const std::string& text, std::size_t offset, const std::string& name) {
@@ -25,38 +27,95 @@ std::string PlaceOf(const std::string& text, std::size_t offset, const std::stri
   return fmt::format("{}:{}:{}: ", name, line, CountCharacters(before.substr(lineStart)) + 1);
 }
 
-// Watches what the parser meets.
-class Watcher {
- public:
-  explicit Watcher(const std::string& name) : fName(name) {}
+// What the parser found and expected, without its words about where and its own number.
+std::string Complaint(const std::string& what) {
+  const std::size_t number = what.find("] ");
+  const std::size_t place = what.find(": ");
+  const std::size_t end = place == std::string::npos ? number : place;
+  return Printable(end == std::string::npos ? what : what.substr(end + 2));
+}
 
-  // The parser's call-back: `value` is the key, or what has just been read.
-  bool operator()(int depth, Json::parse_event_t event, const Json& value) {
-    if (depth > kMaxDepth) {
-      throw ToolError(kInput, fmt::format("{}: values nested more than {} deep; expected a file "
-                                          "that tqbin wrote",
-                                          fName, kMaxDepth));
-    }
-    if (event == Json::parse_event_t::object_start) fKeys.emplace_back();
-    if (event == Json::parse_event_t::object_end) fKeys.pop_back();
-    if (event == Json::parse_event_t::key && !fKeys.back().insert(value).second) {
-      throw ToolError(kInput, fmt::format("{}: an object has the key {} twice; expected it once; "
-                                          "remove one of the two",
-                                          fName, Quoted(value.get<std::string>())));
-    }
+// Makes a document of what the parser meets.  The parser's own way with a call-back looks
+// at all items of a list after each, which takes the longer the more there are.
+class Builder final : public nlohmann::json_sax<Json> {
+ public:
+  // Both are borrowed.
+  Builder(const std::string& text, const std::string& name) : fText(text), fName(name) {}
+
+  bool null() override { return Add(nullptr); }
+  bool boolean(bool value) override { return Add(value); }
+  bool number_integer(number_integer_t value) override { return Add(value); }
+  bool number_unsigned(number_unsigned_t value) override { return Add(value); }
+  bool number_float(number_float_t value, const string_t& /*text*/) override { return Add(value); }
+  bool string(string_t& value) override { return Add(std::move(value)); }
+  bool binary(binary_t& /*value*/) override { return false; }  // no text has it
+  bool start_object(std::size_t /*size*/) override { return Open(Json::object()); }
+  bool start_array(std::size_t /*size*/) override { return Open(Json::array()); }
+  bool end_object() override { return Close(); }
+  bool end_array() override { return Close(); }
+
+  bool key(string_t& key) override {
+    fKey = std::move(key);
     return true;
   }
 
- private:
-  const std::string& fName;
-  std::vector<std::set<std::string>> fKeys;  // of the objects that are open
-};
+  bool parse_error(std::size_t position, const std::string& /*token*/,
+                   const Json::exception& error) override {
+    const std::size_t offset = std::min(fText.size(), position > 0 ? position - 1 : 0);
+    throw ToolError(kInput,
+                    fmt::format("{}not usable JSON: {}; correct it there, or write the file "
+                                "anew",
+                                PlaceOf(fText, offset, fName), Complaint(error.what())));
+  }
 
-// What the parser found and expected, without the words about where.
-std::string Complaint(const std::string& what) {
-  const std::size_t colon = what.find(": ");
-  return Printable(colon == std::string::npos ? what : what.substr(colon + 2));
-}
+  Json Take() { return std::move(fDocument); }
+
+ private:
+  bool Add(Json value) {
+    Insert(std::move(value));
+    return true;
+  }
+
+  bool Open(Json value) {
+    if (fOpen.size() == kMaxDepth) {
+      Fail(fmt::format("values nested more than {} deep; expected a file that tqbin wrote",
+                       kMaxDepth));
+    }
+    fOpen.push_back(Insert(std::move(value)));
+    return true;
+  }
+
+  bool Close() {
+    fOpen.pop_back();
+    return true;
+  }
+
+  // Puts a value into what is open; where it then stands.
+  Json* Insert(Json value) {
+    if (fOpen.empty()) return &(fDocument = std::move(value));
+    Json& parent = *fOpen.back();
+    if (parent.is_array()) return &parent.emplace_back(std::move(value));
+    // Every key is looked for among those before it.
+    if (parent.size() == kMaxKeys) {
+      Fail(fmt::format("an object has more than {} keys; expected a file that tqbin wrote",
+                       kMaxKeys));
+    }
+    const auto [member, isNew] = parent.emplace(fKey, std::move(value));
+    if (isNew) return &*member;
+    Fail(fmt::format("an object has the key {} twice; expected it once; remove one of the two",
+                     Quoted(fKey)));
+  }
+
+  [[noreturn]] void Fail(const std::string& message) const {
+    throw ToolError(kInput, fmt::format("{}: {}", fName, message));
+  }
+
+  const std::string& fText;
+  const std::string& fName;
+  Json fDocument;
+  std::vector<Json*> fOpen;  // objects and lists that have not ended, the outermost first
+  std::string fKey;          // of the member that comes next
+};
 
 std::string PrintNumber(double number) {
   std::array<char, 32> text;
@@ -104,17 +163,9 @@ void Print(const Json& value, int level, std::string& text) {
 }  // namespace
 
 Json ParseJson(const std::string& text, const std::string& name) {
-  try {
-    return Json::parse(text, Watcher(name));
-  } catch (const Json::parse_error& error) {
-    const std::size_t offset = std::min(text.size(), error.byte > 0 ? error.byte - 1 : 0);
-    throw ToolError(kInput, fmt::format("{}not JSON: {}; correct it there, or write the file anew",
-                                        PlaceOf(text, offset, name), Complaint(error.what())));
-  } catch (const Json::exception& error) {  // a number beyond the doubles has no place
-    throw ToolError(kInput, fmt::format("{}: not usable JSON: {}; correct it, or write the file "
-                                        "anew",
-                                        name, Complaint(error.what())));
-  }
+  Builder builder(text, name);
+  Json::sax_parse(text, &builder);
+  return builder.Take();
 }
 
 bool IsUtf8(const std::string& text) { return Json::parse(PrintScalar(text)) == text; }

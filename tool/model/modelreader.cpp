@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <utility>
 
 #include <fmt/format.h>
@@ -303,16 +304,13 @@ BinnedAttribute ReadAttribute(const JsonNode& node, const std::vector<Target>& t
 
 // Makes sure that no attribute stands twice against one target.
 void CheckPairs(const JsonNode& node, const std::vector<BinnedAttribute>& attributes) {
-  std::vector<std::pair<std::string, std::optional<std::size_t>>> seen;
+  std::set<std::pair<std::string, std::optional<std::size_t>>> seen;
   for (std::size_t i = 0; i < attributes.size(); ++i) {
-    std::pair pair(attributes[i].name, attributes[i].target);
-    if (std::find(seen.begin(), seen.end(), pair) != seen.end()) {
-      node.Items()[i].Fail(
-          fmt::format("a second entry for {} against the same target; expected "
-                      "one; remove one of the two",
-                      Quoted(pair.first)));
-    }
-    seen.push_back(std::move(pair));
+    if (seen.emplace(attributes[i].name, attributes[i].target).second) continue;
+    node.Items()[i].Fail(
+        fmt::format("a second entry for {} against the same target; expected "
+                    "one; remove one of the two",
+                    Quoted(attributes[i].name)));
   }
 }
 

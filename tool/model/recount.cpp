@@ -42,13 +42,14 @@ bool FitCuts(const std::vector<Bin>& bins, const std::vector<double>& cuts) {
 
 std::vector<Bin> MergeBins(const std::vector<Bin>& counted, const std::vector<double>& cuts) {
   std::vector<Bin> bins = EmptyBins(cuts);
+  auto first = counted.begin();  // both ascend
   for (Bin& bin : bins) {
-    const auto first = std::find_if(counted.begin(), counted.end(),
-                                    [&](const Bin& one) { return one.lower == bin.lower; });
+    first =
+        std::find_if(first, counted.end(), [&](const Bin& one) { return one.lower >= bin.lower; });
     const auto last =
-        std::find_if(first, counted.end(), [&](const Bin& one) { return one.upper == bin.upper; });
+        std::find_if(first, counted.end(), [&](const Bin& one) { return one.upper >= bin.upper; });
     if (!counted.empty()) bin.categories.resize(counted.front().categories.size());
-    if (last == counted.end()) continue;
+    if (last == counted.end() || first->lower != bin.lower || last->upper != bin.upper) continue;
     bin = std::accumulate(first + 1, last + 1, *first,
                           [](const Bin& sum, const Bin& one) { return Sum(sum, one); });
   }

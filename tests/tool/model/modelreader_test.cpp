@@ -126,11 +126,19 @@ TEST(ModelReader, EditedModelReadsBackAsItself) {
 }
 
 TEST(ModelReader, TextThatIsNoJsonIsPlaced) {
-  EXPECT_THAT(ErrorOfText(""), HasSubstr("3: m.json:1:1: not JSON: "));
-  EXPECT_THAT(ErrorOfText("{\n  \"a\": 1,,\n}"), HasSubstr("3: m.json:2:10: not JSON: "));
+  EXPECT_THAT(ErrorOfText(""), HasSubstr("3: m.json:1:1: not usable JSON: "));
+  EXPECT_THAT(ErrorOfText("{\n  \"a\": 1,,\n}"), HasSubstr("3: m.json:2:10: not usable JSON: "));
   EXPECT_THAT(ErrorOfText("{\"a\": 1, \"a\": 2}"), HasSubstr("has the key 'a' twice"));
   EXPECT_THAT(ErrorOfText(std::string(50, '[')), HasSubstr("nested more than 20 deep"));
-  EXPECT_THAT(ErrorOfText("{\"a\": 1e999}"), HasSubstr("3: m.json"));
+  EXPECT_THAT(ErrorOfText("{\"a\": 1e999}"),
+              HasSubstr("3: m.json:1:11: not usable JSON: number overflow parsing '1e999'"));
+}
+
+TEST(ModelReader, ObjectOfVeryManyKeysIsRefused) {
+  Json document;
+  for (int i = 0; i < 1001; ++i) document["k" + std::to_string(i)] = i;
+  EXPECT_EQ("3: m.json: an object has more than 1000 keys; expected a file that tqbin wrote",
+            ErrorOfText(document.dump()));
 }
 
 TEST(ModelReader, TruncatedModelIsRefusedWhereverItEnds) {
