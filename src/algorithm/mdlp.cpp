@@ -9,6 +9,7 @@
 #include "algorithm/cutsearchmemory.h"
 #include "algorithm/entropykernel.h"
 #include "algorithm/littlebins.h"
+#include "algorithm/wholeweightsplit.h"
 #include "common/raise.h"
 #include "common/runmemory.h"
 #include "tqbinning/binalgorithm.h"
@@ -52,7 +53,7 @@ template <typename ValueOf>
 void SplitWholeWeights(CutSearchMemory& memory, std::size_t mostEntries, ValueOf valueOf,
                        std::set<double>& cuts, std::vector<double>& cellCounts) {
   memory.nLogN.Prepare(memory.rows.TotalWeight(), mostEntries);
-  WholeWeightRows::Bins bins = memory.rows.Split(memory.nLogN);
+  WholeWeightSplit::Bins bins = WholeWeightSplit(memory.rows, memory.nLogN).Split();
   for (const int row : bins.cutRows) cuts.insert(valueOf(row));
   cellCounts = std::move(bins.cellCounts);
 }

@@ -2,15 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <set>
 #include <span>
 #include <vector>
 
-#include "algorithm/nlogn.h"
 #include "tqbinning/bindatatuple.h"
 
-// The fast way of splitting for whole-number weights: the result is that of the
-// entropy kernel's formulas, to the last bit.
 namespace TQBinning {
 
 // Rows of an attribute, each a stretch of its sorted tuples, with their class weights
@@ -18,12 +14,14 @@ namespace TQBinning {
 // no more than two.
 class WholeWeightRows {
  public:
-  // What splitting gave: the rows that the cuts are at, and each bin's class counts
-  // (the total, then the weight per class), one bin after the other.
-  struct Bins {
-    std::set<int> cutRows;
-    std::vector<double> cellCounts;
-  };
+  using Weights = std::vector<std::uint64_t>;  // per class
+
+  // Long enough for the sums at the ends of stretches to take a sixteenth of a byte per row.
+  static constexpr std::size_t kRowsPerClass = 128;
+
+  // A stretch, at whose ends the class weights are known, has so many rows for each class.
+  explicit WholeWeightRows(std::size_t rowsPerClass = kRowsPerClass)
+      : fRowsPerClass(rowsPerClass) {}
 
   // A row per distinct value, of which there are `distinct`; of values in a sequence
   // that are pure in one class only the outer ones can be cut, so that the others share
@@ -36,11 +34,15 @@ class WholeWeightRows {
   bool FillByBorders(std::span<const BINDataTuple> tuples, std::size_t classes, bool rightClosed,
                      std::span<const double> borders);
 
-  // Splits as long as the MDL test accepts.
-  Bins Split(const NLogN& nLogN) const;
-
-  int Count() const { return static_cast<int>(fRowTuples.size()); }
+  int Count() const { return static_cast<int>(fCount); }
+  std::size_t Classes() const { return fClasses; }
+  bool IsRightClosed() const { return fRightClosed; }
   std::uint64_t TotalWeight() const { return fTotalWeight; }
+
+  // Whether a cut between a row and the next can be the best: not if both are pure in the
+  // same class.
+  bool IsBoundary(int row) const { return fIsBoundary[static_cast<std::size_t>(row)] != 0; }
+
   // The tuple whose value stands for a row that is not empty: a cut there is next to
   // the row's last value when the right border is closed, to its first one if not.
   std::size_t TupleAtCut(int row) const {
@@ -48,52 +50,38 @@ class WholeWeightRows {
     return fRightClosed ? fRowTuples[r] - 1 : r == 0 ? 0 : fRowTuples[r - 1];
   }
 
- private:
-  using Weights = std::vector<std::uint64_t>;  // per class
-
-  class Run;
-  struct Interval {
-    int first;
-    int last;
-    Weights weights;
-  };
-  struct Candidate {
-    int position;
-    std::int64_t sum;
-  };
-
-  bool Start(std::span<const BINDataTuple> tuples, std::size_t rows, std::size_t classes,
-             bool rightClosed);
-  bool IsCountable(const BINDataTuple& tuple) const;
-  bool AddTuple(const BINDataTuple& tuple);
-  bool AddRow(std::size_t tuples);
-  bool AddEntry(unsigned char target, std::uint64_t weight);
-  void EndRow(std::size_t tuples, bool isBoundary);
-  void FindBoundaries();
+  // An entry is a class that a row has, with its weight there.
   std::size_t FirstEntryOf(int row) const {
     return row == 0 ? 0 : fRowEntries[static_cast<std::size_t>(row) - 1];
   }
   std::size_t EndEntryOf(int row) const { return fRowEntries[static_cast<std::size_t>(row)]; }
-  int LastLeftRow(int position) const { return fRightClosed ? position : position - 1; }
+  unsigned char EntryClass(std::size_t entry) const { return fEntryClasses[entry]; }
+  std::uint32_t EntryWeight(std::size_t entry) const { return fEntryWeights[entry]; }
 
-  Weights SumRows(int first, int last) const;
-  Weights LeftWeights(const Interval& interval, int lastLeft) const;
-  template <typename Lookup>
-  std::vector<Candidate> FindCandidates(const Interval& interval, Lookup nLogN,
-                                        std::int64_t tolerance) const;
-  std::vector<Candidate> FindCandidates(const Interval& interval, const NLogN& nLogN) const;
-  int ChooseCandidate(const Interval& interval, const std::vector<Candidate>& candidates,
-                      Weights& left) const;
+  int RowsInStretch() const { return static_cast<int>(fRowsPerClass * fClasses); }
+  // The class weights of all rows before `row`; adds up those of one stretch at most.
+  void SumBefore(int row, Weights& weights) const;
 
-  // An entry is a class that a row has, with its weight there.
+ private:
+  class Place;
+  class Writer;
+
+  bool Start(std::span<const BINDataTuple> tuples, std::size_t rows, std::size_t classes,
+             bool rightClosed);
+  bool IsCountable(const BINDataTuple& tuple) const;
+  void FindBoundaries();
+  void SumStretches();
+
+  std::size_t fRowsPerClass;
+  std::size_t fCount = 0;     // of rows
+  std::size_t fMostRows = 0;  // that there is room for
+  // These keep their sizes from one attribute to the next.
   std::vector<unsigned char> fEntryClasses;
   std::vector<std::uint32_t> fEntryWeights;
-  std::vector<std::uint32_t> fRowEntries;    // where each row's entries end
-  std::vector<std::uint32_t> fRowTuples;     // where each row's tuples end
-  std::vector<unsigned char> fIsBoundary;    // whether a cut between a row and the next can be
-                                             // the best
-  std::vector<std::uint64_t> fWeightInRow;   // while a row is filled, per class
-  std::vector<unsigned char> fClassesInRow;  // those that it has
+  std::vector<std::uint32_t> fRowEntries;  // where each row's entries end
+  std::vector<std::uint32_t> fRowTuples;   // where each row's tuples end
+  std::vector<unsigned char> fIsBoundary;
+  std::vector<std::uint64_t> fSums;  // the class weights before each stretch
   std::size_t fClasses = 0;
   bool fRightClosed = true;
   std::uint64_t fTotalWeight = 0;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "algorithm/nlogn.h"
+#include "algorithm/wholeweightsplit.h"
 #include "support/random.h"
 #include "tqbinning/binalgorithm.h"
 
@@ -67,13 +68,14 @@ std::vector<double> PlainCells(const std::vector<BINDataTuple>& tuples, std::siz
 
 // The values that the fast way cuts at, which are the numbers of the rows.
 std::set<int> FastCuts(const std::vector<BINDataTuple>& tuples, std::size_t classes,
-                       bool rightClosed, std::size_t mostEntries) {
-  WholeWeightRows rows;
+                       bool rightClosed, std::size_t mostEntries,
+                       std::size_t rowsPerClass = WholeWeightRows::kRowsPerClass) {
+  WholeWeightRows rows(rowsPerClass);
   const auto distinct = static_cast<std::size_t>(tuples.back().value) + 1;
   EXPECT_TRUE(rows.FillByValue(tuples, distinct, classes, rightClosed));
   NLogN nLogN;
   nLogN.Prepare(rows.TotalWeight(), mostEntries);
-  const WholeWeightRows::Bins bins = rows.Split(nLogN);
+  const WholeWeightSplit::Bins bins = WholeWeightSplit(rows, nLogN).Split();
   std::set<int> cuts;
   for (const int row : bins.cutRows) {
     cuts.insert(static_cast<int>(tuples[rows.TupleAtCut(row)].value));
@@ -139,6 +141,18 @@ TEST(WholeWeightRows, CutsWhereThePlainFormulasCutInAHundredThousandTables) {
     cutsSeen += plain.size();
   }
   EXPECT_GT(cutsSeen, 20000U);  // the tables do have something to cut
+}
+
+// Stretches of a few rows, so that tables as small as these have many that the search can
+// pass over.
+TEST(WholeWeightRows, PassesOverNoStretchThatHasACutOfThePlainFormulas) {
+  for (std::uint64_t seed = 1; seed <= 40000; ++seed) {
+    const Problem problem = MakeProblem(seed);
+    const bool rightClosed = seed % 2 == 1;
+    ASSERT_EQ(PlainCuts(problem.tuples, problem.classes, rightClosed),
+              FastCuts(problem.tuples, problem.classes, rightClosed, 1000, 1))
+        << "seed " << seed;
+  }
 }
 
 TEST(WholeWeightRows, CutsALongAttributeAsThePlainFormulasDo) {
@@ -238,6 +252,16 @@ TEST(WholeWeightRows, RefusesATotalBeyondTwoToThe53) {
   EXPECT_TRUE(rows.FillByValue(tuples, tuples.size(), 2, true));
   tuples.back().weight += 1.0;
   EXPECT_FALSE(rows.FillByValue(tuples, tuples.size(), 2, true));
+}
+
+TEST(WholeWeightRows, RefusesMoreValuesThanItWasTold) {
+  const std::vector<BINDataTuple> singles{{0.0, 0, 1.0}, {1.0, 1, 1.0}, {2.0, 0, 1.0}};
+  const std::vector<BINDataTuple> pairs{{0.0, 0, 1.0}, {0.0, 1, 1.0}, {1.0, 1, 1.0}, {1.0, 1, 1.0}};
+  WholeWeightRows rows;
+  EXPECT_TRUE(rows.FillByValue(singles, 3, 2, true));
+  EXPECT_FALSE(rows.FillByValue(singles, 2, 2, true));
+  EXPECT_TRUE(rows.FillByValue(pairs, 2, 2, true));
+  EXPECT_FALSE(rows.FillByValue(pairs, 1, 2, true));
 }
 
 TEST(WholeWeightRows, RefusesBordersThatDoNotEndWithTheTuples) {
