@@ -19,7 +19,6 @@ namespace {
 constexpr std::size_t kSampleRows = 1000;
 constexpr std::size_t kSampleBytes = std::size_t{1} << 20;
 
-constexpr int kMaxCategories = 256;  // the codes that the library takes are 0 to 255
 constexpr std::size_t kMaxNamesInNote = 5;
 
 // What the first rows say about one column.
@@ -222,7 +221,7 @@ BINVarList MakeVarList(const Source& table, const Columns& columns, const Option
   // A list has one target; the others are attributes that are named as targets later.
   IBINVariable::VariableRole role = IBINVariable::kTarget;
   for (const std::size_t target : columns.targets) {
-    list.AddCatVar(names[target], "", kMaxCategories, IBINVariable::kStringCategorical,
+    list.AddCatVar(names[target], "", kMaxTargetCategories, IBINVariable::kStringCategorical,
                    std::exchange(role, IBINVariable::kAttribute));
   }
   if (columns.weight.has_value()) {

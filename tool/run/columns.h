@@ -29,6 +29,9 @@ struct Columns {
   std::vector<ColumnPair> pairs;        // what is binned, attribute by attribute
 };
 
+// How many categories a target may have: the codes that the library takes are 0 to 255.
+inline constexpr int kMaxTargetCategories = 256;
+
 // Where the library's list of variables, and so a record, has the columns.
 inline int TargetVariable(std::size_t target) { return static_cast<int>(target); }
 inline int WeightVariable(const Columns& columns) {

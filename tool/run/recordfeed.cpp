@@ -11,7 +11,6 @@
 namespace TQTool {
 namespace {
 
-constexpr int kMaxCategories = 256;
 constexpr double kNoCategory = -1.0;  // how a record says that its target is missing
 
 }  // namespace
@@ -98,11 +97,12 @@ double RecordFeed::ReadTarget(std::size_t target) {
   if (fMissing.Contains(text)) return kNoCategory;
   fCategory = text;
   const double code = fTargetEncoders[target]->Encode(fCategory);
-  if (code >= kMaxCategories) {
-    fSource.FailAtField(column, fmt::format("{} is category number {} of the target; expected at "
-                                            "most {} different ones; choose another target, or "
-                                            "group its categories first",
-                                            Quoted(text), kMaxCategories + 1, kMaxCategories));
+  if (code >= kMaxTargetCategories) {
+    fSource.FailAtField(column,
+                        fmt::format("{} is category number {} of the target; expected at "
+                                    "most {} different ones; choose another target, or "
+                                    "group its categories first",
+                                    Quoted(text), kMaxTargetCategories + 1, kMaxTargetCategories));
   }
   return code;
 }
