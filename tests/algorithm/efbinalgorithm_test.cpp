@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "algorithm/binningrun.h"
+#include "algorithm/eightcases.h"
 #include "support/hostfakes.h"
 #include "support/memoryrecords.h"
 
@@ -15,12 +16,19 @@
 namespace {
 
 using support::Columns;
+using support::EightCases;
 using support::EqualFrequencyRun;
 using support::Error;
 using support::Indices;
+using support::k1To8;
+using support::kConstant;
+using support::kHalves;
 using support::kInfinity;
 using support::kMissing;
 using support::kNaN;
+using support::kNothing;
+using support::kReversed;
+using support::kZeros;
 using support::MemoryRecords;
 using support::Numbers;
 using support::OK;
@@ -31,16 +39,8 @@ using support::TextOf;
 using support::TQStatus;
 using support::Warning;
 
-const Numbers k1To8{1, 2, 3, 4, 5, 6, 7, 8};
-const Numbers kReversed{8, 7, 6, 5, 4, 3, 2, 1};
-const Numbers kHalves{0, 0, 0, 0, 1, 1, 1, 1};
-const Numbers kConstant(8, 3.0);
-const Numbers kNothing(8, kMissing);
-const Numbers kZeros(8, 0.0);
 const Numbers kOnes(8, 1.0);
 const Numbers kHeavyEnd{1, 9, 9, 9, 9, 9, 9, 9};  // no cut when closed on the right
-
-Rows EightCases() { return Columns({k1To8}); }
 
 // ------------------------------------------------------------- a new algorithm
 
@@ -515,91 +515,6 @@ TEST(SecondEFCreateBins, AfterAPassThatCouldNotWriteFailsAgain) {
   EXPECT_EQ(Error(120021), run.CreateBins());
   EXPECT_EQ(Error(120021), run.CreateBins());
   EXPECT_TRUE(run.Results().empty());
-}
-
-// ---------------------------------------------------------------------- progress
-
-// Six attributes, all of which can be binned.
-class EFProgressRun : public EqualFrequencyRun {
- public:
-  explicit EFProgressRun(int skipped)
-      : EqualFrequencyRun("xxxxxx", Columns(std::vector<Numbers>(6, k1To8))) {
-    EXPECT_TRUE(settings.SetNSkippedAttReports(skipped));
-    settings.SetProgressListener(&listener);
-  }
-  RecordingListener listener;
-};
-
-TEST(EFProgress, IsReportedAfterEveryAttributeWhenNoneIsSkipped) {
-  EFProgressRun run(0);
-  EXPECT_EQ(OK(), run.CreateBins({4, 0, 3}));
-  EXPECT_EQ((Indices{4, 0, 3}), run.listener.Indices());
-}
-
-TEST(EFProgress, IsReportedAfterTheThirdOfFiveAttributesWhenTwoAreSkipped) {
-  EFProgressRun run(2);
-  EXPECT_EQ(OK(), run.CreateBins({0, 1, 2, 3, 4}));
-  EXPECT_EQ((Indices{2}), run.listener.Indices());
-}
-
-TEST(EFProgress, IsReportedAfterTheSixthAttributeNext) {
-  EFProgressRun run(2);
-  EXPECT_EQ(OK(), run.CreateBins());
-  EXPECT_EQ((Indices{2, 5}), run.listener.Indices());
-}
-
-TEST(EFProgress, EveryCallCountsAnew) {
-  EFProgressRun run(2);
-  EXPECT_EQ(OK(), run.CreateBins({0, 1}));
-  EXPECT_EQ(OK(), run.CreateBins({2, 3}));
-  EXPECT_TRUE(run.listener.Reports().empty());
-}
-
-TEST(EFProgress, ARejectedIndexIsNotCounted) {
-  EFProgressRun run(1);
-  EXPECT_EQ(OK(), run.CreateBins({99, 0, 99, 1, 2}));
-  EXPECT_EQ((Indices{1}), run.listener.Indices());
-}
-
-TEST(EFProgress, AnAttributeThatEndsInAWarningIsReported) {
-  EqualFrequencyRun run("xx", Columns({kConstant, kNothing}));
-  RecordingListener listener;
-  run.settings.SetProgressListener(&listener);
-  EXPECT_EQ(Warning(120018), run.CreateBins());
-  EXPECT_EQ((Indices{0, 1}), listener.Indices());
-}
-
-TEST(EFProgress, ElapsedTimesAreProcessorSecondsThatDoNotRunBackwards) {
-  EFProgressRun run(0);
-  EXPECT_EQ(OK(), run.CreateBins());
-  ASSERT_EQ(6u, run.listener.Reports().size());
-  double earlier = 0.0;
-  for (const auto& report : run.listener.Reports()) {
-    EXPECT_GE(report.second, earlier);
-    EXPECT_LT(report.second, 60.0);
-    earlier = report.second;
-  }
-}
-
-TEST(EFProgress, OfTheDataPassIsReportedByTheNumberOfCases) {
-  EqualFrequencyRun run("x", EightCases());
-  RecordingListener listener;
-  run.settings.SetProgressListener(&listener);
-  ASSERT_TRUE(run.settings.SetNSkippedCasesReports(3));
-  EXPECT_EQ(OK(), run.CreateBins());
-  EXPECT_EQ((Indices{3, 6, 0}), listener.Indices());  // cases, and then attribute 0
-}
-
-TEST(EFProgress, AListenerSetOnTheAlgorithmReplacesThatOfTheSettings) {
-  EqualFrequencyRun run("x", EightCases());
-  RecordingListener first, second;
-  run.settings.SetProgressListener(&first);
-  run.Algorithm().SetProgressListener(&second);
-  EXPECT_EQ(&second, run.Algorithm().GetSettings().GetProgressListener());
-  EXPECT_EQ(&first, run.settings.GetProgressListener());
-  EXPECT_EQ(OK(), run.CreateBins());
-  EXPECT_TRUE(first.Reports().empty());
-  EXPECT_EQ((Indices{0}), second.Indices());
 }
 
 // ----------------------------------------------------------------------- display
