@@ -51,6 +51,14 @@ class Signals(unittest.TestCase):
     def has_temporary_files(self):
         return any(self.temporary.glob("tqbin-*/[0-9a-f]*"))
 
+    @staticmethod
+    def catches(run, number):
+        """Whether a run has got so far as to have a handler for a signal."""
+        status = Path(f"/proc/{run.pid}/status").read_text(encoding="ascii")
+        caught = int(next(line for line in status.splitlines()
+                          if line.startswith("SigCgt:")).split()[1], 16)
+        return caught >> (number - 1) & 1 == 1
+
     def wait_for(self, condition):
         for _ in range(1000):
             if condition():
@@ -75,7 +83,7 @@ class Signals(unittest.TestCase):
 
     def test_a_signal_ends_the_run_before_the_first_row(self):
         run = self.start("supervised", "-", "--target", "t")
-        time.sleep(0.2)
+        self.wait_for(lambda: self.catches(run, signal.SIGINT))
         run.send_signal(signal.SIGINT)
         self.assertEqual((130, b"", b"tqbin: cancelled by SIGINT\n"), self.finish(run))
 
@@ -85,7 +93,7 @@ class Signals(unittest.TestCase):
         run = subprocess.Popen([TOOL, "equal-frequency", "-", "--bins", "3"], stdin=rows.stdout,
                                stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                env={**os.environ, "TMPDIR": str(self.temporary)})
-        time.sleep(0.3)
+        self.wait_for(self.has_temporary_files)
         run.send_signal(signal.SIGTERM)
         output, errors = run.communicate(timeout=20)
         self.assertEqual(b"", output)
