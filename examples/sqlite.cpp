@@ -62,6 +62,7 @@ int main(int argc, char** argv) {
   settings.SetTempDirName(directory.path);
   BINFactory factory;
   const std::unique_ptr<IBINAlgorithm> algorithm(factory.CreateBINAlgorithm(settings, variables));
+  if (algorithm == nullptr) return 1;  // factory.GetStatus() tells why
   QueryRows rows(query.get(), variables);
   if (algorithm->CreateBins(rows, nullptr, nullptr).IsError() || !rows.IsComplete()) return 1;
   BINAttributeTargetResults bins;
