@@ -200,6 +200,7 @@ std::uint64_t ApplyModel(const Model& model, Source& data, const ApplyOptions& o
   for (; data.NextRow(); ++rows) {
     writer.Begin(text);
     for (std::size_t i = 0; !options.areBinsOnly && i < data.GetNames().size(); ++i) {
+      if (isJson) data.CheckUtf8(i, data.GetField(i));
       writer.Text(data.GetField(i), text);
     }
     for (const BinColumn& bin : bins) {

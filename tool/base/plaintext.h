@@ -13,6 +13,12 @@ std::string Printable(std::string_view text);
 // The same in single quotes, cut after 40 characters: for use in messages.
 std::string Quoted(std::string_view text);
 
+// Whether a text is UTF-8.
+bool IsUtf8(std::string_view text);
+
+// Throws ToolError (kUsage) when what an option was given is not.
+void RequireUtf8(const char* option, std::string_view text);
+
 // The number of characters (code points) of UTF-8 text.
 std::size_t CountCharacters(std::string_view text);
 

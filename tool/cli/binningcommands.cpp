@@ -205,9 +205,13 @@ void Interpret(const RawOptions& raw, Options& options) {
   }
   if (options.settings.missingTokens.empty())
     options.settings.missingTokens = MissingTokens::Default();
+  for (const std::string& text : options.settings.missingTokens) {
+    RequireUtf8("--missing-token", text);
+  }
   for (const std::string& text : raw.pairs) options.pairs.push_back(ReadPair(text));
   const std::vector<std::string> targets = FindTargets(options);
   for (const std::string& option : raw.userMissing) {
+    RequireUtf8("--user-missing", option);
     AddUserMissing(option, targets, options.userMissing);
   }
 }

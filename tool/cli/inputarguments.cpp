@@ -8,6 +8,7 @@
 
 #include "base/plaintext.h"
 #include "base/toolerror.h"
+#include "input/encoding.h"
 #include "input/numbertext.h"
 
 namespace TQTool {
@@ -90,6 +91,11 @@ void AddInputArguments(CLI::App& command, InputOptions& options) {
           "one character, or tab (default: comma, semicolon, tab or bar, whichever cuts the first "
           "rows evenly)")
       ->type_name("CHAR");
+  command
+      .add_option("--encoding", options.encoding,
+                  "encoding of text files, as latin1, windows-1252 or UTF-16 (default: UTF-8, in "
+                  "which everything is written)")
+      ->type_name("NAME");
   command.add_flag("--decimal-comma", options.hasDecimalComma, "numbers are written as in 3,14");
   command.add_option("--query", options.query, "what to ask a data base for: one SELECT")
       ->type_name("SQL");
@@ -99,6 +105,12 @@ void AddInputArguments(CLI::App& command, InputOptions& options) {
 }
 
 void CheckInputArguments(const InputOptions& options) {
+  if (!options.encoding.empty() && !IsEncoding(options.encoding)) {
+    Refuse(
+        fmt::format("--encoding: {} is not known; expected a name such as latin1, windows-1252 or "
+                    "UTF-16; iconv -l lists them",
+                    Quoted(options.encoding)));
+  }
   if (std::count(options.inputs.begin(), options.inputs.end(), "") > 0) {
     Refuse("FILE is empty; expected a path, or - for standard input");
   }

@@ -247,9 +247,7 @@ void CsvReader::FailAtLongRow() const {
 void CsvReader::FailAtNul(std::size_t offset) const {
   const std::string_view row(fBuffer.data() + fRow, offset - fRow);
   if (row.starts_with(kUtf16LittleMark) || row.starts_with(kUtf16BigMark)) {
-    FailAtLine(
-        "text in UTF-16; expected UTF-8; convert the file, for example with "
-        "iconv -f UTF-16 -t UTF-8");
+    FailAtLine("text in UTF-16; expected UTF-8; say so with --encoding UTF-16");
   }
   FailAt(offset, "a NUL byte; expected text; convert the file to UTF-8, or take the byte out");
 }

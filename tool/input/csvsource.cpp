@@ -49,6 +49,7 @@ CsvSource::CsvSource(CsvReader reader, char decimalPoint, std::uint64_t size)
                   "a carriage return without a line feed in the header; expected "
                   "lines that end with LF or CRLF; convert the file's line ends");
     }
+    CheckUtf8(i, name);
     if (!name.empty() && !seen.insert(name).second) {
       FailAtField(i, fmt::format("a second column is named {}; expected names that "
                                  "differ; rename one of the two",

@@ -14,6 +14,7 @@ struct InputOptions {
   // Several are one data set.
   std::vector<std::string> inputs;
   std::string query;              // what to ask a data base for; empty for none
+  std::string encoding;           // of text files; empty for UTF-8
   std::optional<char> delimiter;  // none: found out from the first rows
   bool hasDecimalComma = false;   // as in "3,14"
   bool isVerbose = false;         // says what was found out

@@ -1,6 +1,7 @@
 #include "input/opensource.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -15,6 +16,7 @@
 #include "input/csvsource.h"
 #include "input/decompression.h"
 #include "input/delimiter.h"
+#include "input/encoding.h"
 #include "input/inputfile.h"
 #include "input/postgressource.h"
 #include "input/sourceseries.h"
@@ -33,9 +35,9 @@ void Tell(const InputOptions& options, const std::string& name, const std::strin
   if (options.isVerbose) PrintNote(fmt::format("{}: {}", name, finding));
 }
 
-// The text of a file, decompressed if need be, and whether that was so.
-std::shared_ptr<ByteStream> OpenText(const std::shared_ptr<InputFile>& file,
-                                     const InputOptions& options, bool* isCompressed) {
+// The bytes of a file, decompressed if need be, and whether that was so.
+std::shared_ptr<ByteStream> OpenBytes(const std::shared_ptr<InputFile>& file,
+                                      const InputOptions& options, bool* isCompressed) {
   const std::string& name = file->GetName();
   auto bytes = std::make_shared<ByteStream>(
       [file](char* buffer, std::size_t size) { return file->Read(buffer, size); });
@@ -47,10 +49,21 @@ std::shared_ptr<ByteStream> OpenText(const std::shared_ptr<InputFile>& file,
       Decompress(std::move(decompressor), std::move(bytes), name, options.maxDecompressedBytes));
 }
 
+// The text of a file in UTF-8, and how many bytes it has; 0 when that is not known.
+std::shared_ptr<ByteStream> OpenText(const std::shared_ptr<InputFile>& file,
+                                     const InputOptions& options, std::uint64_t* size) {
+  bool isCompressed = false;
+  std::shared_ptr<ByteStream> bytes = OpenBytes(file, options, &isCompressed);
+  *size = isCompressed || !options.encoding.empty() ? 0 : file->GetSize();
+  if (options.encoding.empty()) return bytes;
+  return std::make_shared<ByteStream>(
+      ConvertToUtf8(options.encoding, std::move(bytes), file->GetName()));
+}
+
 std::unique_ptr<Source> OpenCsv(const std::string& path, const InputOptions& options) {
   const auto file = std::make_shared<InputFile>(path);
-  bool isCompressed = false;
-  std::shared_ptr<ByteStream> text = OpenText(file, options, &isCompressed);
+  std::uint64_t size = 0;
+  std::shared_ptr<ByteStream> text = OpenText(file, options, &size);
   char delimiter = options.delimiter.value_or(',');
   if (!options.delimiter.has_value()) {
     const std::string_view sample = text->Peek(kDelimiterSample);
@@ -62,8 +75,7 @@ std::unique_ptr<Source> OpenCsv(const std::string& path, const InputOptions& opt
   }
   CsvReader reader(ReadBlockOf(std::move(text)), file->GetName(), delimiter,
                    {options.maxRecordBytes, options.maxColumns});
-  return std::make_unique<CsvSource>(std::move(reader), options.hasDecimalComma ? ',' : '.',
-                                     isCompressed ? 0 : file->GetSize());
+  return std::make_unique<CsvSource>(std::move(reader), options.hasDecimalComma ? ',' : '.', size);
 }
 
 bool IsDatabase(std::string_view input) {
@@ -71,6 +83,11 @@ bool IsDatabase(std::string_view input) {
 }
 
 std::unique_ptr<Source> OpenOne(const std::string& input, const InputOptions& options) {
+  if (IsDatabase(input) && !options.encoding.empty()) {
+    throw ToolError(kUsage, fmt::format("--encoding: {} is a data base, which knows its own; "
+                                        "expected a text file; leave the option out",
+                                        Printable(input)));
+  }
   if (input.starts_with(SqliteSource::kScheme)) {
     return std::make_unique<SqliteSource>(input, options.query);
   }

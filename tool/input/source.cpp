@@ -31,6 +31,13 @@ void Source::FailAtField(std::size_t column, const std::string& message) const {
   throw ToolError(kInput, fmt::format("{}: {}", LocateField(column), message));
 }
 
+void Source::CheckUtf8(std::size_t column, std::string_view text) const {
+  if (IsUtf8(text)) return;
+  FailAtField(column, fmt::format("{} is not UTF-8; expected text in that encoding; name the "
+                                  "input's own, as in --encoding windows-1252",
+                                  Quoted(text)));
+}
+
 void Source::FailAtHeader(const std::string& message) const {
   throw ToolError(kInput, fmt::format("{}: {}", LocateHeader(), message));
 }

@@ -66,6 +66,10 @@ class Source {
   // Throws ToolError (kInput) about a field of this row, saying where it is.
   [[noreturn]] void FailAtField(std::size_t column, const std::string& message) const;
 
+  // Throws the same when a text, of a field of this row or of the names, is not UTF-8, so
+  // that it could not be kept as it is.
+  void CheckUtf8(std::size_t column, std::string_view text) const;
+
   // Throws ToolError (kInput) about the names of the columns.
   [[noreturn]] void FailAtHeader(const std::string& message) const;
 

@@ -168,8 +168,6 @@ Json ParseJson(const std::string& text, const std::string& name) {
   return builder.Take();
 }
 
-bool IsUtf8(const std::string& text) { return Json::parse(PrintScalar(text)) == text; }
-
 std::string PrintJson(const Json& value) {
   std::string text;
   Print(value, 0, text);

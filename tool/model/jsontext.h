@@ -13,9 +13,6 @@ using Json = nlohmann::ordered_json;
 // an object has twice.
 Json ParseJson(const std::string& text, const std::string& name);
 
-// Whether a text is UTF-8, as every text of a JSON document is.
-bool IsUtf8(const std::string& text);
-
 // Prints a JSON value, made to be read and edited: two blanks a level, lists of plain
 // values on a line of their own, doubles as the shortest text that reads back the same.
 // Bytes that are no UTF-8 come out as U+FFFD.

@@ -37,6 +37,7 @@ RecordFeed::RecordFeed(Source& source, const Columns& columns, const MissingToke
     fUserMissing.push_back(
         dynamic_cast<const BINNumericUserMissing*>(variable->GetUserMissingInfo()));
   }
+  fNumCategories.resize(columns.targets.size());
   fFed.withoutTarget.resize(columns.targets.size());
   fFed.pairs.resize(columns.pairs.size());
 }
@@ -103,6 +104,10 @@ double RecordFeed::ReadTarget(std::size_t target) {
                                     "most {} different ones; choose another target, or "
                                     "group its categories first",
                                     Quoted(text), kMaxTargetCategories + 1, kMaxTargetCategories));
+  }
+  if (code == fNumCategories[target]) {  // a new one
+    fSource.CheckUtf8(column, text);
+    ++fNumCategories[target];
   }
   return code;
 }

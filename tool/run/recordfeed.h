@@ -89,6 +89,7 @@ class RecordFeed : public TQCommon::RecordIterator {
   const Columns& fColumns;
   const MissingTokens& fMissing;
   std::vector<BINStringEncoder*> fTargetEncoders;  // the list's
+  std::vector<double> fNumCategories;              // per target, that were met so far
   const BINRoundEncoder* fWeightEncoder;           // the list's; null without weight
   WeightRule fWeightRule;
   // The list's, per attribute: what is missing besides missing texts; null for nothing.

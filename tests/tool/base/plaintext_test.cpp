@@ -28,5 +28,21 @@ TEST(CountCharacters, CountsCodePoints) {
   EXPECT_EQ(3U, CountCharacters("a\xC3\xA4\xE2\x82\xAC"));
 }
 
+TEST(IsUtf8, TakesEveryCharacterInItsShortestForm) {
+  for (const char* const text :
+       {"", "a", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEF\xBF\xBF",
+        "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF", "a\xC3\xBCz"}) {
+    EXPECT_TRUE(IsUtf8(text)) << text;
+  }
+}
+
+TEST(IsUtf8, RefusesAllElse) {
+  for (const char* const text :
+       {"\x80", "a\xFC", "\xC1\xBF", "\xC3", "\xC3(", "\xE0\x9F\xBF", "\xED\xA0\x80", "\xE2\x82",
+        "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xF0\x9F\x98"}) {
+    EXPECT_FALSE(IsUtf8(text)) << text;
+  }
+}
+
 }  // namespace
 }  // namespace TQTool

@@ -16,7 +16,7 @@ TEST(Export, NamesThatAreNotUtf8AreRefusedInEveryLanguage) {
     options.suffix = "_\xC3\xBC";  // two bytes of one character
     EXPECT_EQ("none", ErrorOf([&] { ExportModel(SmallModel(), options); }));
     options.suffix = "_\xFC";
-    EXPECT_EQ("2: --suffix: '_\xFC' is not UTF-8; expected a name in that encoding",
+    EXPECT_EQ("2: --suffix: '_\xFC' is not UTF-8; expected text in that encoding",
               ErrorOf([&] { ExportModel(SmallModel(), options); }));
   }
   ExportOptions options;
