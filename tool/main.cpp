@@ -102,9 +102,10 @@ int Check(const ModelOptions& options) {
   const std::vector<std::string> doubts = FindDoubts(model);
   for (const std::string& doubt : doubts) PrintNote(doubt);
   const std::size_t columns = model.CountColumns();
-  WriteText("", fmt::format("{}: good: bins of {} column{}, {} remark{}\n",
-                            Printable(options.model), columns, columns == 1 ? "" : "s",
-                            doubts.size(), doubts.size() == 1 ? "" : "s"));
+  WriteText(
+      options.output.path,
+      fmt::format("{}: good: bins of {} column{}, {} remark{}\n", Printable(options.model), columns,
+                  columns == 1 ? "" : "s", doubts.size(), doubts.size() == 1 ? "" : "s"));
   return options.isStrict && !doubts.empty() ? kDoneWithWarnings : kDone;
 }
 

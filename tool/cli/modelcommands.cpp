@@ -30,6 +30,7 @@ void AddModelCommands(CLI::App& app, const Commands& commands, Action& action) {
       app, "check", "Tells whether an edited model file is still good.", commands.check, action);
   app.get_subcommand("check")->add_flag("--strict", check->isStrict,
                                         "end with 1 when there is something to warn about");
+  AddOutputOption(*app.get_subcommand("check"), check->output.path);
 }
 
 }  // namespace TQTool

@@ -113,7 +113,7 @@ std::vector<std::size_t> ChooseNumericColumns(const Source& table, const Columns
     table.FailAtHeader(
         "no column can be binned; expected a column that holds numbers, besides "
         "target and weight; name one with --attribute, or another --delimiter or "
-        "--missing-token");
+        "--missing-token, or take --decimal-comma where numbers are written as in 3,14");
   }
   return chosen;
 }
