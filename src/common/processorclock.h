@@ -8,7 +8,9 @@ namespace TQBinning {
 class ProcessorClock {
  public:
   ProcessorClock() : fStart(std::clock()) {}
-  double ElapsedSeconds() const { return static_cast<double>(std::clock() - fStart) / 1000000.0; }
+  double ElapsedSeconds() const {
+    return static_cast<double>(std::clock() - fStart) / CLOCKS_PER_SEC;
+  }
 
  private:
   std::clock_t fStart;
