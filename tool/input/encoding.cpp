@@ -37,16 +37,17 @@ class Iconv {
   int Convert(std::string_view* encoded, std::string* plain) {
     char* in = encoded == nullptr ? nullptr : const_cast<char*>(encoded->data());
     std::size_t size = encoded == nullptr ? 0 : encoded->size();
+    std::size_t room = 4 * size + 16;  // enough for nearly all
     int problem = E2BIG;
     while (problem == E2BIG) {
       const std::size_t before = plain->size();
-      plain->resize(before + kBlockSize);
+      plain->resize(before + room);
       char* out = plain->data() + before;
-      std::size_t room = kBlockSize;
       const bool isDone = iconv(fHandle, encoded == nullptr ? nullptr : &in, &size, &out, &room) !=
                           static_cast<std::size_t>(-1);
       problem = isDone ? 0 : errno;
       plain->resize(plain->size() - room);
+      room = kBlockSize;
     }
     if (encoded != nullptr) encoded->remove_prefix(encoded->size() - size);
     return problem;

@@ -42,11 +42,11 @@ TEST(ConvertToUtf8, CharactersBecomeTheirUtf8) {
 TEST(ConvertToUtf8, BlocksMayPartCharacters) {
   std::string encoded;
   std::string plain;
-  for (int i = 0; i < 70000; ++i) {
+  for (int i = 0; i < 20000; ++i) {
     encoded += std::string("\x3D\xD8\x00\xDE", 4);  // one character, two UTF-16 units
     plain += "\xF0\x9F\x98\x80";
   }
-  for (const std::size_t blockIn : {1U, 3U, 65535U, 1000000U}) {
+  for (const std::size_t blockIn : {3U, 65535U, 1000000U}) {
     EXPECT_TRUE(plain == Utf8Of("UTF-16LE", encoded, blockIn)) << blockIn;
   }
   EXPECT_TRUE(plain == Utf8Of("UTF-16LE", encoded, 1000, 1));
