@@ -108,6 +108,21 @@ class ValueNumbers {
   std::vector<double> fValues;
 };
 
+// Numbers the values and counts the cases of each number n and kind k, of which there are
+// `kinds`: counts[n * kinds + k].  False when there is too much to count.
+bool CountCases(std::span<const double> values, const unsigned char* kindOf, std::size_t kinds,
+                ValueNumbers& numbers, std::vector<std::uint32_t>& counts) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const std::size_t number = numbers.NumberOf(values[i]);
+    if (number * kinds >= counts.size()) {
+      if (number == ValueNumbers::kMost || (number + 1) * kinds > kMostCounts) return false;
+      counts.resize((number + 1) * kinds, 0);
+    }
+    ++counts[number * kinds + kindOf[i]];
+  }
+  return true;
+}
+
 }  // namespace
 
 CaseSorter::CaseSorter(SortMemory& memory, std::size_t mostCases) : fMemory(memory) {
@@ -142,30 +157,24 @@ std::vector<unsigned char> CaseSorter::KindsByWeight() const {
   return kinds;
 }
 
-// Counts the cases of each value and kind; false, with nothing done, when there are
-// more than a few thousand of these.  Three times as fast as sorting.
-bool CaseSorter::SortByCounting() {
+// Counts the cases of each value and kind, and puts them in order: `put(value, kind, count)`.
+// False, with nothing put, when there are more than a few thousand.  Three times as fast as
+// sorting.
+template <typename Put>
+bool CaseSorter::SortByCounting(unsigned int& distinct, Put put) const {
   ValueNumbers numbers;
-  const std::size_t kinds = fPlaces.size() + 1;
   std::vector<std::uint32_t> counts;
-  for (std::size_t i = 0; i < fCount; ++i) {
-    const std::size_t number = numbers.NumberOf(fMemory.values[0][i]);
-    if (number * kinds >= counts.size()) {
-      if (number == ValueNumbers::kMost || (number + 1) * kinds > kMostCounts) return false;
-      counts.resize((number + 1) * kinds, 0);
-    }
-    ++counts[number * kinds + fMemory.kinds[0][i]];
+  const std::size_t kinds = fPlaces.size() + 1;
+  if (!CountCases({fMemory.values[0].get(), fCount}, fMemory.kinds[0].get(), kinds, numbers,
+                  counts)) {
+    return false;
   }
   const std::vector<unsigned char> order = KindsByWeight();
-  double* value = fMemory.values[0].get();
-  unsigned char* kind = fMemory.kinds[0].get();
-  for (const auto& [number, place] : numbers.Sorted()) {
-    for (const unsigned char k : order) {
-      // cppcheck-suppress containerOutOfBounds ; every place has its counts
-      const std::uint32_t count = counts[place * kinds + k];
-      value = std::fill_n(value, count, number);
-      kind = std::fill_n(kind, count, k);
-    }
+  distinct = 0;
+  for (const auto& [value, number] : numbers.Sorted()) {
+    // cppcheck-suppress containerOutOfBounds ; every number has its counts
+    for (const unsigned char kind : order) put(value, kind, counts[number * kinds + kind]);
+    ++distinct;
   }
   return true;
 }
@@ -363,7 +372,18 @@ template <typename Tuple>
 unsigned int CaseSorter::SortTuples(std::span<Tuple> tuples, bool weightOrdersTies) {
   fMemory.sortedFor = nullptr;
   const bool isSorted = fIsSorted && (fPlaces.size() <= 1 || !weightOrdersTies);
-  if (isSorted || (fCount >= kManyCases && SortByCounting())) return HandOut(tuples);
+  if (isSorted) return HandOut(tuples);
+  if (fCount >= kManyCases) {
+    const KindMeanings meanings(fPlaces);
+    unsigned int distinct = 0;
+    const auto put = [&, next = tuples.begin()](double value, std::size_t kind,
+                                                std::size_t count) mutable {
+      Tuple tuple;
+      meanings.Put(tuple, value, kind);
+      next = std::fill_n(next, count, tuple);
+    };
+    if (SortByCounting(distinct, put)) return distinct;
+  }
   if (fPlaces.size() <= kFewKinds && CanSortByVector()) return SortByRanges(tuples);
   SortByRadix();
   return HandOut(tuples);
@@ -375,13 +395,17 @@ unsigned int CaseSorter::Sort(std::span<EFBINDataTuple> tuples) { return SortTup
 
 std::span<const double> CaseSorter::SortValues(unsigned int& distinct) {
   fMemory.sortedFor = nullptr;
-  const bool isSorted = fIsSorted || (fCount >= kManyCases && SortByCounting());
-  const bool hasRanges = !isSorted && CanSortByVector();
+  const auto put = [next = fMemory.values[0].get()](double value, unsigned char,
+                                                    std::size_t count) mutable {
+    next = std::fill_n(next, count, value);
+  };
+  const bool isCounted = !fIsSorted && fCount >= kManyCases && SortByCounting(distinct, put);
+  const bool hasRanges = !fIsSorted && !isCounted && CanSortByVector();
   if (hasRanges) distinct = SortValuesByRanges();
-  if (!isSorted && !hasRanges) SortByRadix();
+  if (!fIsSorted && !isCounted && !hasRanges) SortByRadix();
   fMemory.values[0].swap(fMemory.values[1]);
   const std::span<const double> values(fMemory.values[1].get(), fCount);
-  if (!hasRanges) distinct = CountDistinct(values);
+  if (!isCounted && !hasRanges) distinct = CountDistinct(values);
   return values;
 }
 

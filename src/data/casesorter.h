@@ -117,7 +117,8 @@ class CaseSorter {
   unsigned char NewKind(std::size_t place);
 
   std::vector<unsigned char> KindsByWeight() const;
-  bool SortByCounting();
+  template <typename Put>
+  bool SortByCounting(unsigned int& distinct, Put put) const;
   NumberRanges ChooseRanges(std::size_t kinds) const;
   std::vector<std::size_t> Split(const NumberRanges& ranges,
                                  const std::vector<unsigned char>& kinds);
