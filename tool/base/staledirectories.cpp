@@ -19,13 +19,14 @@ namespace TQTool {
 namespace {
 
 bool IsPrivateName(std::string_view name) {
-  constexpr std::string_view kName = kPrivateName;
-  constexpr std::size_t kPrefix = kName.find('X');
+  const std::string_view pattern = kPrivateName;
+  const std::size_t prefix = pattern.find('X');
   const auto isAlphanumeric = [](char c) {
     return ('0' <= c && c <= '9') || ('a' <= c && c <= 'z') || ('A' <= c && c <= 'Z');
   };
-  return name.size() == kName.size() && name.substr(0, kPrefix) == kName.substr(0, kPrefix) &&
-         std::all_of(name.begin() + kPrefix, name.end(), isAlphanumeric);
+  return name.size() == pattern.size() && name.substr(0, prefix) == pattern.substr(0, prefix) &&
+         std::all_of(name.begin() + static_cast<std::ptrdiff_t>(prefix), name.end(),
+                     isAlphanumeric);
 }
 
 // Whether it is as a run would have made it.
