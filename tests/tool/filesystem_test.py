@@ -101,7 +101,8 @@ class FileSystem(unittest.TestCase):
                 preexec_fn=lambda n=limit: resource.setrlimit(resource.RLIMIT_NOFILE, (n, n)))
             if done.returncode == 127:  # the loader needs some files itself
                 continue
-            if b"Sanitizer" in done.stderr:
+            # They look with a pipe whether there is an object at an address.
+            if b"Sanitizer" in done.stderr or b"runtime error: member " in done.stderr:
                 self.skipTest("the sanitizers need open files themselves")
             self.assertEqual(good if done.returncode == 0 else b"", done.stdout, limit)
             self.assertEqual(done.returncode == 0, done.stderr == b"", limit)
