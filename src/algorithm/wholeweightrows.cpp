@@ -30,11 +30,6 @@ void FetchAhead(std::span<const BINDataTuple> tuples, std::size_t i) {
   __builtin_prefetch(&tuples[std::min(i + kTuples, tuples.size() - 1)]);
 }
 
-template <typename T>
-void GrowTo(std::vector<T>& numbers, std::size_t count) {
-  if (numbers.size() < count) numbers.resize(count);
-}
-
 }  // namespace
 
 bool WholeWeightRows::Start(std::span<const BINDataTuple> tuples, std::size_t rows,
@@ -47,13 +42,22 @@ bool WholeWeightRows::Start(std::span<const BINDataTuple> tuples, std::size_t ro
   fRightClosed = rightClosed;
   fCount = 0;
   fMostRows = rows;
-  const std::size_t entries = std::min(tuples.size(), rows * classes);
-  GrowTo(fEntryClasses, entries);
-  GrowTo(fEntryWeights, entries);
-  GrowTo(fRowEntries, rows);
-  GrowTo(fRowTuples, rows);
-  GrowTo(fIsBoundary, rows);
+  Reserve(rows, std::min(tuples.size(), rows * classes));
   return true;
+}
+
+void WholeWeightRows::Reserve(std::size_t rows, std::size_t entries) {
+  if (entries > fEntryRoom) {
+    fEntryClasses = std::make_unique_for_overwrite<unsigned char[]>(entries);
+    fEntryWeights = std::make_unique_for_overwrite<std::uint32_t[]>(entries);
+    fEntryRoom = entries;
+  }
+  if (rows > fRowRoom) {
+    fRowEntries = std::make_unique_for_overwrite<std::uint32_t[]>(rows);
+    fRowTuples = std::make_unique_for_overwrite<std::uint32_t[]>(rows);
+    fIsBoundary = std::make_unique_for_overwrite<unsigned char[]>(rows);
+    fRowRoom = rows;
+  }
 }
 
 bool WholeWeightRows::IsCountable(const BINDataTuple& tuple) const {
@@ -73,11 +77,11 @@ bool WholeWeightRows::IsCountable(const BINDataTuple& tuple) const {
 class WholeWeightRows::Place {
  public:
   explicit Place(WholeWeightRows& rows)
-      : fEntryClasses(rows.fEntryClasses.data()),
-        fEntryWeights(rows.fEntryWeights.data()),
-        fRowEntries(rows.fRowEntries.data()),
-        fRowTuples(rows.fRowTuples.data()),
-        fIsBoundary(rows.fIsBoundary.data()),
+      : fEntryClasses(rows.fEntryClasses.get()),
+        fEntryWeights(rows.fEntryWeights.get()),
+        fRowEntries(rows.fRowEntries.get()),
+        fRowTuples(rows.fRowTuples.get()),
+        fIsBoundary(rows.fIsBoundary.get()),
         fMostRows(rows.fMostRows),
         fRightClosed(rows.fRightClosed) {}
 
@@ -283,7 +287,7 @@ bool WholeWeightRows::FillByBorders(std::span<const BINDataTuple> tuples, std::s
 
 void WholeWeightRows::SumStretches() {
   const auto stretch = static_cast<std::size_t>(RowsInStretch());
-  GrowTo(fSums, (fCount / stretch + 1) * fClasses);
+  fSums.resize((fCount / stretch + 1) * fClasses);
   Weights weights(fClasses, 0);
   auto sums = fSums.begin();
   std::size_t entry = 0;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -68,19 +69,23 @@ class WholeWeightRows {
 
   bool Start(std::span<const BINDataTuple> tuples, std::size_t rows, std::size_t classes,
              bool rightClosed);
+  void Reserve(std::size_t rows, std::size_t entries);
   bool IsCountable(const BINDataTuple& tuple) const;
   void FindBoundaries();
   void SumStretches();
 
   std::size_t fRowsPerClass;
   std::size_t fCount = 0;     // of rows
-  std::size_t fMostRows = 0;  // that there is room for
-  // These keep their sizes from one attribute to the next.
-  std::vector<unsigned char> fEntryClasses;
-  std::vector<std::uint32_t> fEntryWeights;
-  std::vector<std::uint32_t> fRowEntries;  // where each row's entries end
-  std::vector<std::uint32_t> fRowTuples;   // where each row's tuples end
-  std::vector<unsigned char> fIsBoundary;
+  std::size_t fMostRows = 0;  // that may be written
+  // Kept from one attribute to the next, and not touched before it is written, since mostly
+  // there are fewer rows than values.
+  std::unique_ptr<unsigned char[]> fEntryClasses;
+  std::unique_ptr<std::uint32_t[]> fEntryWeights;
+  std::unique_ptr<std::uint32_t[]> fRowEntries;  // where each row's entries end
+  std::unique_ptr<std::uint32_t[]> fRowTuples;   // where each row's tuples end
+  std::unique_ptr<unsigned char[]> fIsBoundary;
+  std::size_t fEntryRoom = 0;
+  std::size_t fRowRoom = 0;
   std::vector<std::uint64_t> fSums;  // the class weights before each stretch
   std::size_t fClasses = 0;
   bool fRightClosed = true;
