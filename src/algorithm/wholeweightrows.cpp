@@ -81,7 +81,6 @@ class WholeWeightRows::Place {
         fEntryWeights(rows.fEntryWeights.get()),
         fRowEntries(rows.fRowEntries.get()),
         fRowTuples(rows.fRowTuples.get()),
-        fIsBoundary(rows.fIsBoundary.get()),
         fMostRows(rows.fMostRows),
         fRightClosed(rows.fRightClosed) {}
 
@@ -109,7 +108,7 @@ class WholeWeightRows::Place {
     fTotal += weight;
     WriteEntry(fEntries++, target, weight);
   }
-  void AddRow(std::size_t end) { WriteRow(fRows++, end, true); }
+  void AddRow(std::size_t end) { WriteRow(fRows++, end); }
 
   // Ends the run.
   void Close() {
@@ -126,7 +125,7 @@ class WholeWeightRows::Place {
     fRowWeight = (starts ? 0 : fRowWeight) + fWeight;
     fTotal += fWeight;
     WriteEntry(fEntries - 1, fTarget, fRowWeight);
-    WriteRow(fRows - 1, fEnd, isLast);
+    WriteRow(fRows - 1, fEnd);
   }
 
   void WriteEntry(std::size_t entry, unsigned char target, std::uint64_t weight) {
@@ -135,17 +134,15 @@ class WholeWeightRows::Place {
     fEntryWeights[entry] = static_cast<std::uint32_t>(weight);
   }
 
-  void WriteRow(std::size_t row, std::size_t end, bool isBoundary) {
+  void WriteRow(std::size_t row, std::size_t end) {
     fRowEntries[row] = static_cast<std::uint32_t>(fEntries);
     fRowTuples[row] = static_cast<std::uint32_t>(end);
-    fIsBoundary[row] = isBoundary ? 1 : 0;
   }
 
   unsigned char* fEntryClasses;
   std::uint32_t* fEntryWeights;
   std::uint32_t* fRowEntries;
   std::uint32_t* fRowTuples;
-  unsigned char* fIsBoundary;
   std::size_t fMostRows;
   bool fRightClosed;
 
@@ -227,10 +224,12 @@ class WholeWeightRows::Writer {
   // False when a weight has become too large to be counted.
   bool Finish() {
     fPlace.Close();
+    if (!fPlace.IsCountable()) return false;
     fRows.fCount = fPlace.Rows();
     fRows.fTotalWeight = fPlace.TotalWeight();
+    fRows.FindBoundaries();
     fRows.SumStretches();
-    return fPlace.IsCountable();
+    return true;
   }
 
  private:
@@ -256,17 +255,6 @@ bool WholeWeightRows::FillByValue(std::span<const BINDataTuple> tuples, std::siz
   return writer.Finish();
 }
 
-// No boundary: a row and the next are pure in one and the same class.
-void WholeWeightRows::FindBoundaries() {
-  for (int row = 0; row + 1 < Count(); ++row) {
-    const std::size_t entry = FirstEntryOf(row);
-    const std::size_t next = EndEntryOf(row);
-    fIsBoundary[static_cast<std::size_t>(row)] = next - entry != 1 ||
-                                                 EndEntryOf(row + 1) - next != 1 ||
-                                                 fEntryClasses[entry] != fEntryClasses[next];
-  }
-}
-
 bool WholeWeightRows::FillByBorders(std::span<const BINDataTuple> tuples, std::size_t classes,
                                     bool rightClosed, std::span<const double> borders) {
   if (!Start(tuples, borders.size() - 1, classes, rightClosed)) return false;
@@ -280,9 +268,18 @@ bool WholeWeightRows::FillByBorders(std::span<const BINDataTuple> tuples, std::s
   }
   if (border + 1 != borders.size()) return false;  // the tuples do not reach the last bin
   writer.AddCollected(tuples.size());
-  if (!writer.Finish()) return false;
-  FindBoundaries();
-  return true;
+  return writer.Finish();
+}
+
+// No boundary: a row and the next are pure in one and the same class.
+void WholeWeightRows::FindBoundaries() {
+  for (int row = 0; row + 1 < Count(); ++row) {
+    const std::size_t entry = FirstEntryOf(row);
+    const std::size_t next = EndEntryOf(row);
+    fIsBoundary[static_cast<std::size_t>(row)] = next - entry != 1 ||
+                                                 EndEntryOf(row + 1) - next != 1 ||
+                                                 fEntryClasses[entry] != fEntryClasses[next];
+  }
 }
 
 void WholeWeightRows::SumStretches() {
