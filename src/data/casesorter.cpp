@@ -158,10 +158,11 @@ std::vector<unsigned char> CaseSorter::KindsByWeight() const {
 }
 
 // Counts the cases of each value and kind, and puts them in order: `put(value, kind, count)`.
-// False, with nothing put, when there are more than a few thousand.  Three times as fast as
-// sorting.
+// False, with nothing put, when it does not pay: for few cases, or more than a few thousand
+// values.  Three times as fast as sorting.
 template <typename Put>
 bool CaseSorter::SortByCounting(unsigned int& distinct, Put put) const {
+  if (fCount < kManyCases) return false;
   ValueNumbers numbers;
   std::vector<std::uint32_t> counts;
   const std::size_t kinds = fPlaces.size() + 1;
@@ -373,17 +374,15 @@ unsigned int CaseSorter::SortTuples(std::span<Tuple> tuples, bool weightOrdersTi
   fMemory.sortedFor = nullptr;
   const bool isSorted = fIsSorted && (fPlaces.size() <= 1 || !weightOrdersTies);
   if (isSorted) return HandOut(tuples);
-  if (fCount >= kManyCases) {
-    const KindMeanings meanings(fPlaces);
-    unsigned int distinct = 0;
-    const auto put = [&, next = tuples.begin()](double value, std::size_t kind,
-                                                std::size_t count) mutable {
-      Tuple tuple;
-      meanings.Put(tuple, value, kind);
-      next = std::fill_n(next, count, tuple);
-    };
-    if (SortByCounting(distinct, put)) return distinct;
-  }
+  const KindMeanings meanings(fPlaces);
+  unsigned int distinct = 0;
+  const auto put = [&, next = tuples.begin()](double value, std::size_t kind,
+                                              std::size_t count) mutable {
+    Tuple tuple;
+    meanings.Put(tuple, value, kind);
+    next = std::fill_n(next, count, tuple);
+  };
+  if (SortByCounting(distinct, put)) return distinct;
   if (fPlaces.size() <= kFewKinds && CanSortByVector()) return SortByRanges(tuples);
   SortByRadix();
   return HandOut(tuples);
@@ -393,20 +392,28 @@ unsigned int CaseSorter::Sort(std::span<BINDataTuple> tuples) { return SortTuple
 
 unsigned int CaseSorter::Sort(std::span<EFBINDataTuple> tuples) { return SortTuples(tuples, true); }
 
-std::span<const double> CaseSorter::SortValues(unsigned int& distinct) {
-  fMemory.sortedFor = nullptr;
+// Leaves the values in values[0]; returns the number of distinct ones.
+unsigned int CaseSorter::SortBareValues() {
+  const auto countDistinct = [this] {
+    return CountDistinct(std::span<const double>(fMemory.values[0].get(), fCount));
+  };
+  if (fIsSorted) return countDistinct();
+  unsigned int distinct = 0;
   const auto put = [next = fMemory.values[0].get()](double value, unsigned char,
                                                     std::size_t count) mutable {
     next = std::fill_n(next, count, value);
   };
-  const bool isCounted = !fIsSorted && fCount >= kManyCases && SortByCounting(distinct, put);
-  const bool hasRanges = !fIsSorted && !isCounted && CanSortByVector();
-  if (hasRanges) distinct = SortValuesByRanges();
-  if (!fIsSorted && !isCounted && !hasRanges) SortByRadix();
+  if (SortByCounting(distinct, put)) return distinct;
+  if (CanSortByVector()) return SortValuesByRanges();
+  SortByRadix();
+  return countDistinct();
+}
+
+std::span<const double> CaseSorter::SortValues(unsigned int& distinct) {
+  fMemory.sortedFor = nullptr;
+  distinct = SortBareValues();
   fMemory.values[0].swap(fMemory.values[1]);
-  const std::span<const double> values(fMemory.values[1].get(), fCount);
-  if (!isCounted && !hasRanges) distinct = CountDistinct(values);
-  return values;
+  return {fMemory.values[1].get(), fCount};
 }
 
 }  // namespace TQBinning

@@ -129,6 +129,7 @@ class CaseSorter {
   template <typename Tuple>
   unsigned int SortByRanges(std::span<Tuple> tuples);
   unsigned int SortValuesByRanges();
+  unsigned int SortBareValues();
   void SortByRadix();
   template <typename Tuple>
   unsigned int HandOut(std::span<Tuple> tuples) const;
