@@ -16,8 +16,6 @@ namespace {
 using metadata::CopiesOf;
 using metadata::Give;
 using metadata::Labels;
-using metadata::NotingNumericMissing;
-using metadata::NotingStringMissing;
 using metadata::Shown;
 using metadata::ShownWhenFlushedLast;
 using metadata::StringMissing;
@@ -146,81 +144,6 @@ TEST(BINStringEncoder, CreateLinksMayBeCalledAtAnyTime) {
   BINStringEncoder empty(0);
   empty.CreateLinks();
   EXPECT_EQ("", empty.Decode(0));
-}
-
-TEST(BINStringEncoder, SetValueLabelsReplacesAllLabelsWhateverTheirNumber) {
-  BINStringEncoder encoder = Strings({"a", "b"});
-  encoder.SetValueLabels({"1", "2", "3"});
-  EXPECT_THAT(Labels(encoder), ElementsAre("1", "2", "3"));
-  encoder.SetValueLabels({"x"});
-  EXPECT_THAT(Labels(encoder), ElementsAre("x"));
-}
-
-TEST(BINStringEncoder, SetValueLabelPadsToTheNumberOfCategoriesAndSetsOne) {
-  BINStringEncoder encoder = Strings({"a", "b", "c"});
-  encoder.SetValueLabel(1, "two");
-  EXPECT_THAT(Labels(encoder), ElementsAre("", "two", ""));
-}
-
-TEST(BINStringEncoder, SetValueLabelWithACodeOutsideTheThreeCategoriesOnlyPads) {
-  for (const int code : {5, 3, -1}) {
-    BINStringEncoder encoder = Strings({"a", "b", "c"});
-    encoder.SetValueLabel(code, "ignored");
-    EXPECT_THAT(Labels(encoder), ElementsAre("", "", "")) << code;
-  }
-}
-
-TEST(BINStringEncoder, SetValueLabelNeverShortensTheLabels) {
-  BINStringEncoder encoder = Strings({"a"});
-  encoder.SetValueLabels({"1", "2", "3"});
-  encoder.SetValueLabel(0, "one");
-  encoder.SetValueLabel(1, "ignored");
-  EXPECT_THAT(Labels(encoder), ElementsAre("one", "2", "3"));
-}
-
-TEST(BINStringEncoder, ANewDefinitionDeletesTheOldOne) {
-  int deletions = 0;
-  BINStringEncoder encoder(0);
-  ASSERT_TRUE(Give(encoder, std::make_unique<NotingStringMissing>(deletions)));
-  ASSERT_TRUE(Give(encoder, StringMissing({"N/A"})));
-  EXPECT_EQ(1, deletions);
-  EXPECT_EQ(kNoCode, encoder.Encode("N/A"));
-}
-
-TEST(BINStringEncoder, NullDeletesTheDefinition) {
-  int deletions = 0;
-  BINStringEncoder encoder(0);
-  EXPECT_TRUE(encoder.SetUserMissingInfo(nullptr));
-  ASSERT_TRUE(Give(encoder, std::make_unique<NotingStringMissing>(deletions)));
-  EXPECT_TRUE(encoder.SetUserMissingInfo(nullptr));
-  EXPECT_EQ(1, deletions);
-  EXPECT_EQ(nullptr, encoder.GetUserMissingInfo());
-}
-
-TEST(BINStringEncoder, ANumericDefinitionIsRefusedAndNothingChanges) {
-  int deletions = 0;
-  int refusedDeletions = 0;
-  BINStringEncoder encoder(0);
-  ASSERT_TRUE(Give(encoder, std::make_unique<NotingStringMissing>(deletions)));
-  const IBINUserMissing* const kept = encoder.GetUserMissingInfo();
-  NotingNumericMissing refused(refusedDeletions);
-  EXPECT_FALSE(encoder.SetUserMissingInfo(&refused));
-  EXPECT_EQ(kept, encoder.GetUserMissingInfo());
-  EXPECT_EQ(0, deletions);
-  EXPECT_EQ(0, refusedDeletions);
-}
-
-TEST(BINStringEncoder, TheDestructorAndAssignmentDeleteTheDefinition) {
-  int deletions = 0;
-  {
-    BINStringEncoder encoder(0);
-    ASSERT_TRUE(Give(encoder, std::make_unique<NotingStringMissing>(deletions)));
-    encoder = BINStringEncoder(0);
-    EXPECT_EQ(1, deletions);
-    EXPECT_EQ(nullptr, encoder.GetUserMissingInfo());
-    ASSERT_TRUE(Give(encoder, std::make_unique<NotingStringMissing>(deletions)));
-  }
-  EXPECT_EQ(2, deletions);
 }
 
 TEST(BINStringEncoder, EveryCopyHasCategoriesLabelsAndDefinition) {

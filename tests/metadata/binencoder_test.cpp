@@ -19,8 +19,6 @@ namespace {
 using metadata::CopiesOf;
 using metadata::Give;
 using metadata::Labels;
-using metadata::NotingNumericMissing;
-using metadata::NotingStringMissing;
 using metadata::NumericMissing;
 using metadata::Shown;
 using metadata::ShownWhenFlushedLast;
@@ -190,109 +188,6 @@ TEST(BINCatNumEncoder, ManyValuesKeepTheirCodes) {
   for (int i = 0; i < 1000; ++i) EXPECT_EQ(i, encoder.Encode(1000.0 - i));
   for (int i = 0; i < 1000; ++i) EXPECT_EQ(1000.0 - i, encoder.Decode(i));
   EXPECT_EQ(1000, encoder.GetNumberOfCategories());
-}
-
-TEST(BINCatNumEncoder, SetValueLabelsReplacesAllLabelsWhateverTheirNumber) {
-  BINCatNumEncoder encoder = Numbers({1.0, 2.0});
-  encoder.SetValueLabels({"a", "b", "c"});
-  EXPECT_THAT(Labels(encoder), ElementsAre("a", "b", "c"));
-  encoder.SetValueLabels({"x"});
-  EXPECT_THAT(Labels(encoder), ElementsAre("x"));
-  encoder.SetValueLabels({});
-  EXPECT_THAT(Labels(encoder), IsEmpty());
-}
-
-TEST(BINCatNumEncoder, SetValueLabelPadsToTheNumberOfCategoriesAndSetsOne) {
-  BINCatNumEncoder encoder = Numbers({1.0, 2.0, 3.0});
-  encoder.SetValueLabel(1, "two");
-  EXPECT_THAT(Labels(encoder), ElementsAre("", "two", ""));
-  encoder.SetValueLabel(0, "one");
-  encoder.SetValueLabel(2, "three");
-  encoder.SetValueLabel(1, "zwei");
-  EXPECT_THAT(Labels(encoder), ElementsAre("one", "zwei", "three"));
-}
-
-TEST(BINCatNumEncoder, SetValueLabelWithACodeOutsideTheThreeCategoriesOnlyPads) {
-  for (const int code : {5, 3, -1, std::numeric_limits<int>::max()}) {
-    BINCatNumEncoder encoder = Numbers({1.0, 2.0, 3.0});
-    encoder.SetValueLabel(code, "ignored");
-    EXPECT_THAT(Labels(encoder), ElementsAre("", "", "")) << code;
-  }
-}
-
-TEST(BINCatNumEncoder, SetValueLabelNeverShortensTheLabels) {
-  BINCatNumEncoder encoder = Numbers({1.0, 2.0});
-  encoder.SetValueLabels({"a", "b", "c", "d"});
-  encoder.SetValueLabel(0, "A");
-  EXPECT_THAT(Labels(encoder), ElementsAre("A", "b", "c", "d"));
-  encoder.SetValueLabel(2, "C");  // a label is there, but no such category
-  EXPECT_THAT(Labels(encoder), ElementsAre("A", "b", "c", "d"));
-}
-
-TEST(BINCatNumEncoder, SetValueLabelOnAnEmptyEncoderDoesNothing) {
-  BINCatNumEncoder encoder(3);
-  encoder.SetValueLabel(0, "ignored");
-  EXPECT_THAT(Labels(encoder), IsEmpty());
-}
-
-TEST(BINCatNumEncoder, LabelsArePaddedAgainAfterTheEncoderHasGrown) {
-  BINCatNumEncoder encoder = Numbers({1.0});
-  encoder.SetValueLabel(0, "one");
-  encoder.Encode(2.0);
-  EXPECT_THAT(Labels(encoder), ElementsAre("one"));
-  encoder.SetValueLabel(1, "two");
-  EXPECT_THAT(Labels(encoder), ElementsAre("one", "two"));
-}
-
-TEST(BINCatNumEncoder, ANewDefinitionDeletesTheOldOne) {
-  int deletions = 0;
-  BINCatNumEncoder encoder(0);
-  ASSERT_TRUE(Give(encoder, std::make_unique<NotingNumericMissing>(deletions)));
-  EXPECT_EQ(0, deletions);
-  ASSERT_TRUE(Give(encoder, NumericMissing({9.0})));
-  EXPECT_EQ(1, deletions);
-  EXPECT_EQ(kNoCode, encoder.Encode(9.0));
-}
-
-TEST(BINCatNumEncoder, NullDeletesTheDefinition) {
-  int deletions = 0;
-  BINCatNumEncoder encoder(0);
-  EXPECT_TRUE(encoder.SetUserMissingInfo(nullptr));
-  ASSERT_TRUE(Give(encoder, std::make_unique<NotingNumericMissing>(deletions)));
-  EXPECT_TRUE(encoder.SetUserMissingInfo(nullptr));
-  EXPECT_EQ(1, deletions);
-  EXPECT_EQ(nullptr, encoder.GetUserMissingInfo());
-}
-
-TEST(BINCatNumEncoder, AStringDefinitionIsRefusedAndNothingChanges) {
-  int deletions = 0;
-  int refusedDeletions = 0;
-  BINCatNumEncoder encoder(0);
-  ASSERT_TRUE(Give(encoder, std::make_unique<NotingNumericMissing>(deletions)));
-  const IBINUserMissing* const kept = encoder.GetUserMissingInfo();
-  NotingStringMissing refused(refusedDeletions);
-  EXPECT_FALSE(encoder.SetUserMissingInfo(&refused));
-  EXPECT_EQ(kept, encoder.GetUserMissingInfo());
-  EXPECT_EQ(0, deletions);
-  EXPECT_EQ(0, refusedDeletions);
-}
-
-TEST(BINCatNumEncoder, TheDestructorDeletesTheDefinition) {
-  int deletions = 0;
-  {
-    BINCatNumEncoder encoder(0);
-    ASSERT_TRUE(Give(encoder, std::make_unique<NotingNumericMissing>(deletions)));
-  }
-  EXPECT_EQ(1, deletions);
-}
-
-TEST(BINCatNumEncoder, AssignmentDeletesTheOldDefinition) {
-  int deletions = 0;
-  BINCatNumEncoder encoder(0);
-  ASSERT_TRUE(Give(encoder, std::make_unique<NotingNumericMissing>(deletions)));
-  encoder = BINCatNumEncoder(0);
-  EXPECT_EQ(1, deletions);
-  EXPECT_EQ(nullptr, encoder.GetUserMissingInfo());
 }
 
 TEST(BINCatNumEncoder, EveryCopyHasCategoriesLabelsAndDefinition) {

@@ -49,7 +49,7 @@ TEST(BINContVar, ItHasNeitherCategoriesNorEncoder) {
 }
 
 TEST(BINContVar, ItsStatusIsAlwaysUsable) {
-  for (const auto role : {kUndefined, kAttribute, kTarget, kWeight}) {
+  for (const auto role : {kUndefined, kAttribute, kTarget, kWeightRole}) {
     EXPECT_EQ(0, BINContVar("x", "", role).GetVarStatus());
   }
 }
@@ -60,7 +60,7 @@ TEST(BINContVar, LabelAndAnyRoleCanBeSet) {
   EXPECT_EQ("Gross income", variable.GetVariableLabel());
   EXPECT_EQ("income", variable.GetVariableName());
   for (const auto role :
-       {kTarget, kUndefined, kWeight, static_cast<IBINVariable::VariableRole>(9)}) {
+       {kTarget, kUndefined, kWeightRole, static_cast<IBINVariable::VariableRole>(9)}) {
     variable.SetVariableRole(role);
     EXPECT_EQ(role, variable.GetVariableRole());
   }

@@ -16,7 +16,7 @@ TEST(BINWeightVar, ANewVariableHasNameAndLabelAndTheWeightsRole) {
   BINWeightVar variable = Weight();
   EXPECT_EQ("w", variable.GetVariableName());
   EXPECT_EQ("Weight", variable.GetVariableLabel());
-  EXPECT_EQ(kWeight, variable.GetVariableRole());
+  EXPECT_EQ(kWeightRole, variable.GetVariableRole());
   EXPECT_EQ(IBINVariable::kWeightLevel, variable.GetMeasureLevel());
   EXPECT_EQ(0, variable.GetNumberOfCategories());
   EXPECT_EQ(0, variable.UpdateNumberOfCategories());
@@ -37,7 +37,7 @@ TEST(BINWeightVar, SettingItsRoleHasNoEffect) {
   BINWeightVar variable = Weight();
   for (const auto role : {kUndefined, kAttribute, kTarget}) {
     variable.SetVariableRole(role);
-    EXPECT_EQ(kWeight, variable.GetVariableRole());
+    EXPECT_EQ(kWeightRole, variable.GetVariableRole());
   }
 }
 
@@ -205,7 +205,7 @@ TEST(BINWeightVar, ACloneIsDeletedThroughTheInterface) {
   ASSERT_TRUE(Give(source, NumericMissing({9.0})));
   const IBINVariable& variable = source;
   const std::unique_ptr<IBINVariable> clone(variable.Clone());
-  EXPECT_EQ(kWeight, clone->GetVariableRole());
+  EXPECT_EQ(kWeightRole, clone->GetVariableRole());
   EXPECT_EQ(clone->GetUserMissingInfo(), clone->GetEncoder()->GetUserMissingInfo());
 }
 

@@ -13,21 +13,6 @@
 // What the tests of variables share.
 namespace metadata {
 
-using metadata::CopiesOf;
-using metadata::Give;
-using metadata::NotingNumericMissing;
-using metadata::NotingStringMissing;
-using metadata::NumericMissing;
-using metadata::Shown;
-using metadata::ShownWhenFlushedLast;
-using metadata::StringMissing;
-
-inline constexpr auto kUndefined = IBINVariable::kUndefinedRole;
-inline constexpr auto kAttribute = IBINVariable::kAttribute;
-inline constexpr auto kTarget = IBINVariable::kTarget;
-inline constexpr auto kWeight = IBINVariable::kFrequencyWeight;
-inline constexpr auto kNumeric = IBINVariable::kNumericCategorical;
-inline constexpr auto kString = IBINVariable::kStringCategorical;
 inline const double kMissing = TQMV::gMissingValue;
 
 static_assert(std::is_abstract_v<IBINVariable>);

@@ -6,19 +6,14 @@
 
 #include <gtest/gtest.h>
 
+#include "metadata/vocabulary.h"
 #include "tqbinning/binencoder.h"
 #include "tqbinning/binvarlist.h"
 
 // The words that the tests of variable lists share.
 namespace metadata {
 
-inline constexpr auto kUndefined = IBINVariable::kUndefinedRole;
-inline constexpr auto kAttribute = IBINVariable::kAttribute;
-inline constexpr auto kTarget = IBINVariable::kTarget;
-inline constexpr auto kWeightRole = IBINVariable::kFrequencyWeight;
 inline constexpr auto kUnknown = IBINVariable::kUnknownLevel;
-inline constexpr auto kNumeric = IBINVariable::kNumericCategorical;
-inline constexpr auto kString = IBINVariable::kStringCategorical;
 inline constexpr auto kTruncate = IBINVariable::kTruncate;
 inline constexpr auto kRound = IBINVariable::kRoundToClosest;
 

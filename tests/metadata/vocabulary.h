@@ -9,9 +9,17 @@
 
 #include "tqbinning/binencoder.h"
 #include "tqbinning/binusermissing.h"
+#include "tqbinning/binvariable.h"
 
 // The words that the tests of variables, encoders and definitions share.
 namespace metadata {
+
+inline constexpr auto kUndefined = IBINVariable::kUndefinedRole;
+inline constexpr auto kAttribute = IBINVariable::kAttribute;
+inline constexpr auto kTarget = IBINVariable::kTarget;
+inline constexpr auto kWeightRole = IBINVariable::kFrequencyWeight;
+inline constexpr auto kNumeric = IBINVariable::kNumericCategorical;
+inline constexpr auto kString = IBINVariable::kStringCategorical;
 
 template <class T>
 std::string Shown(const T& object) {
