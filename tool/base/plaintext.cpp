@@ -1,8 +1,10 @@
 #include "base/plaintext.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include <fmt/format.h>
+#include <unistr.h>
 
 #include "base/toolerror.h"
 
@@ -15,24 +17,6 @@ constexpr std::size_t kMaxQuotedCharacters = 40;
 bool IsCharacterStart(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }
 
 bool IsControl(char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; }
-
-// Length of the character that begins like this; 0 for bytes that begin none.
-std::size_t CharacterLength(std::string_view text) {
-  const auto byte = [text](std::size_t i) {
-    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-  };
-  const unsigned first = byte(0);
-  if (first < 0x80) return 1;
-  const std::size_t length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-  if (first < 0xC2 || first > 0xF4) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-  }
-  // Longer than need be, half of a UTF-16 pair, and beyond the last character.
-  const bool isOverlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
-  const bool isNone = (first == 0xED && byte(1) > 0x9F) || (first == 0xF4 && byte(1) > 0x8F);
-  return isOverlong || isNone ? 0 : length;
-}
 
 // Length of the longest prefix that holds at most `limit` characters.
 std::size_t PrefixLength(std::string_view text, std::size_t limit) {
@@ -70,12 +54,7 @@ std::string Quoted(std::string_view text) {
 }
 
 bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t length = CharacterLength(text);
-    if (length == 0) return false;
-    text.remove_prefix(length);
-  }
-  return true;
+  return u8_check(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()) == nullptr;
 }
 
 void RequireUtf8(const char* option, std::string_view text) {
