@@ -76,7 +76,7 @@ void WriteText(const std::string& path, const std::string& text) {
   output.Finish();
 }
 
-int BinData(const Options& options) {
+int BinData(const BinningOptions& options) {
   const Model model = RunBinning(options);
   WriteText(options.output.path, PrintModel(model, options.output));
   return ExitCodeOf(model, options.isStrict);

@@ -53,7 +53,7 @@ void CheckInput(const TQTool::InputOptions& input) {
           "a limit that nothing meets");
 }
 
-int CheckBinning(const TQTool::Options& options) {
+int CheckBinning(const TQTool::BinningOptions& options) {
   CheckInput(options.input);
   const TQTool::Settings& settings = options.settings;
   BINSettings supervised;
@@ -67,8 +67,8 @@ int CheckBinning(const TQTool::Options& options) {
   } else {
     Require(equalFrequency.SetNumberOfBins(settings.bins), "bins that the library refuses");
   }
-  for (const TQTool::UserMissing& missing : options.userMissing) {
-    const auto& range = missing.rule.range;
+  for (const auto& [column, rule] : options.userMissing) {
+    const auto& range = rule.range;
     Require(!range.has_value() || range->lower <= range->upper, "a range that is empty");
   }
   return 0;

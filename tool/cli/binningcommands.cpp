@@ -1,5 +1,3 @@
-#include "cli/options.h"
-
 #include <limits>
 #include <memory>
 
@@ -10,6 +8,7 @@
 #include "base/toolerror.h"
 #include "cli/addcommands.h"
 #include "cli/inputarguments.h"
+#include "cli/usermissing.h"
 #include "input/numbertext.h"
 
 namespace TQTool {
@@ -42,7 +41,7 @@ std::string CheckScale(const std::string& text) {
   return fmt::format("{} is neither mean nor a number above 0", Quoted(text));
 }
 
-void AddWeightOptions(CLI::App& command, Options& options, RawOptions& raw) {
+void AddWeightOptions(CLI::App& command, BinningOptions& options, RawOptions& raw) {
   CLI::Option* const weight =
       command
           .add_option("-w,--weight", options.settings.weight,
@@ -64,7 +63,7 @@ void AddWeightOptions(CLI::App& command, Options& options, RawOptions& raw) {
       ->type_name("SCALE");
 }
 
-void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
+void AddCommonOptions(CLI::App& command, BinningOptions& options, RawOptions& raw) {
   AddInputArguments(command, options.input);
   command
       .add_option("-a,--attribute", options.attributes,
@@ -110,7 +109,7 @@ void AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
                    "files");
 }
 
-void AddSupervisedOptions(CLI::App& command, Options& options, RawOptions& raw) {
+void AddSupervisedOptions(CLI::App& command, BinningOptions& options, RawOptions& raw) {
   command
       .add_option("-t,--target", options.targets,
                   "the column whose categories (2 to 256) the bins are to separate; repeat it to "
@@ -152,7 +151,7 @@ void AddSupervisedOptions(CLI::App& command, Options& options, RawOptions& raw) 
       ->type_name("N");
 }
 
-void AddEqualFrequencyOptions(CLI::App& command, Options& options) {
+void AddEqualFrequencyOptions(CLI::App& command, BinningOptions& options) {
   command
       .add_option("-b,--bins", options.settings.bins,
                   "how many bins; fewer come out where equal values would have to be parted")
@@ -176,7 +175,7 @@ AttributeTarget ReadPair(const std::string& text) {
 }
 
 // The names of all targets.  Throws for pairs and targets together, and for neither.
-std::vector<std::string> FindTargets(const Options& options) {
+std::vector<std::string> FindTargets(const BinningOptions& options) {
   std::vector<std::string> targets = options.targets;
   for (const AttributeTarget& pair : options.pairs) targets.push_back(pair.target);
   if (options.method == Method::kSupervised && targets.empty()) {
@@ -191,7 +190,7 @@ std::vector<std::string> FindTargets(const Options& options) {
 }
 
 // Completes the options by what was given as text; throws for what they cannot mean.
-void Interpret(const RawOptions& raw, Options& options) {
+void Interpret(const RawOptions& raw, BinningOptions& options) {
   CheckInputArguments(options.input);
   if (options.jobs != 1 && options.settings.prebinThreshold != 0) {
     // The library may look at what the column before left behind when it cuts at percentiles.
@@ -224,7 +223,7 @@ void AddMethod(CLI::App& app, Method method, const Commands& commands, Action& a
       isSupervised ? "Bins that separate the categories of a target: splits of least entropy."
                    : "Bins that hold about equal numbers of rows, or equal weight.");
   command.alias(isSupervised ? "mdlp" : "ef");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<BinningOptions>();
   const auto raw = std::make_shared<RawOptions>();
   options->method = method;
   if (isSupervised) {

@@ -5,14 +5,14 @@
 
 #include "apply/applyoptions.h"
 #include "cli/modeloptions.h"
-#include "cli/options.h"
 #include "export/exportoptions.h"
+#include "run/binningoptions.h"
 
 namespace TQTool {
 
 // What each command does with its options; returns the exit code.
 struct Commands {
-  std::function<int(const Options&)> bin;  // supervised and equal-frequency
+  std::function<int(const BinningOptions&)> bin;  // supervised and equal-frequency
   std::function<int(const ApplyOptions&)> apply;
   std::function<int(const ModelOptions&)> show;
   std::function<int(const ModelOptions&)> check;

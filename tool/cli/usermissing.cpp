@@ -37,16 +37,6 @@ ClosedRange ParseRange(std::string_view option, std::string_view left, std::stri
   return range;
 }
 
-// What has been said about a column so far; a new entry for a new column.
-MissingRule& RuleOf(std::string_view column, std::vector<UserMissing>& all) {
-  const auto same = std::find_if(all.begin(), all.end(), [column](const UserMissing& entry) {
-    return entry.column == column;
-  });
-  if (same != all.end()) return same->rule;
-  all.emplace_back().column = column;
-  return all.back().rule;
-}
-
 void AddMissingValue(std::string_view option, std::string_view value, MissingRule& rule) {
   const std::size_t dots = value.find("..");
   if (dots == std::string_view::npos) {
@@ -61,7 +51,7 @@ void AddMissingValue(std::string_view option, std::string_view value, MissingRul
 }  // namespace
 
 void AddUserMissing(std::string_view option, const std::vector<std::string>& targets,
-                    std::vector<UserMissing>& all) {
+                    UserMissing& userMissing) {
   // A column's name may hold "=", so the last one counts.
   const std::size_t equals = option.rfind('=');
   if (equals == std::string_view::npos) {
@@ -70,7 +60,7 @@ void AddUserMissing(std::string_view option, const std::vector<std::string>& tar
   const std::string_view column = TrimBlanks(option.substr(0, equals));
   if (column.empty()) RefuseUserMissing(option, "no column before the =");
   const bool isTarget = std::find(targets.begin(), targets.end(), column) != targets.end();
-  MissingRule& rule = RuleOf(column, all);
+  MissingRule& rule = userMissing[std::string(column)];
   for (std::string_view rest = option.substr(equals + 1);;) {
     const std::size_t comma = rest.find(',');
     const std::string_view value = TrimBlanks(rest.substr(0, comma));
@@ -82,13 +72,6 @@ void AddUserMissing(std::string_view option, const std::vector<std::string>& tar
     if (comma == std::string_view::npos) return;
     rest.remove_prefix(comma + 1);
   }
-}
-
-MissingRule MissingRuleOf(std::string_view column, const std::vector<UserMissing>& all) {
-  for (const UserMissing& definition : all) {
-    if (definition.column == column) return definition.rule;
-  }
-  return {};
 }
 
 }  // namespace TQTool

@@ -59,7 +59,7 @@ Target MakeTarget(const BinningTask& task, std::size_t index) {
   Target target;
   target.name = task.list.GetVarAt(variable)->GetVariableName();
   target.missingCases = fed.withoutTarget[index];
-  target.missing = MissingRuleOf(target.name, task.options.userMissing);
+  target.missing = task.options.MissingRuleOf(target.name);
   if (target.missingCases == fed.cases) {
     throw ToolError(kInput, fmt::format("{}: the target is missing in every row that counts; "
                                         "expected two categories at least; check {}, "
@@ -122,17 +122,17 @@ void TakeWeightsForRows(BinnedAttribute& attribute) {
 }
 
 // Adds to the attributes what the options, not the library, tell about them.
-void Complete(const Options& options, std::vector<BinnedAttribute>& attributes) {
+void Complete(const BinningOptions& options, std::vector<BinnedAttribute>& attributes) {
   for (BinnedAttribute& attribute : attributes) {
     attribute.isRightClosed = options.settings.isRightClosed;
-    attribute.missing = MissingRuleOf(attribute.name, options.userMissing);
+    attribute.missing = options.MissingRuleOf(attribute.name);
     if (options.settings.weight.empty()) TakeWeightsForRows(attribute);
   }
 }
 
 }  // namespace
 
-Model RunBinning(const Options& options) {
+Model RunBinning(const BinningOptions& options) {
   const std::unique_ptr<Source> source = OpenSource(options.input);
   Source& table = *source;
   const MissingTokens missing(options.settings.missingTokens);
@@ -156,7 +156,7 @@ Model RunBinning(const Options& options) {
   }
   model.method = options.method;
   model.settings = options.settings;
-  model.settings.weightMissing = MissingRuleOf(options.settings.weight, options.userMissing);
+  model.settings.weightMissing = options.MissingRuleOf(options.settings.weight);
   if (options.settings.weightScale == kMeanScale) model.settings.weightDivisor = weightRule.divisor;
   BinPairs({options, columns, list, records, directory, table.GetName()}, model);
   model.input = Summarize(records.GetFedData(), table);

@@ -126,7 +126,7 @@ std::vector<std::size_t> ChooseNumericColumns(const Source& table, const Columns
 
 // The columns of --attribute.  An argument that is a column's whole name is that
 // column, so that a name may hold commas; any other one is a comma list.
-std::vector<std::size_t> FindAttributes(const Source& table, const Options& options) {
+std::vector<std::size_t> FindAttributes(const Source& table, const BinningOptions& options) {
   std::vector<std::size_t> found;
   for (const std::string& argument : options.attributes) {
     if (const auto column = table.FindColumn(argument)) {
@@ -144,7 +144,7 @@ std::vector<std::size_t> FindAttributes(const Source& table, const Options& opti
 }
 
 // The columns that the options name, and the pairs if they name these.
-Columns FindNamedColumns(const Source& table, const Options& options) {
+Columns FindNamedColumns(const Source& table, const BinningOptions& options) {
   Columns columns;
   for (const std::string& target : options.targets) {
     PlaceOf(table.GetColumn(target), columns.targets);
@@ -196,7 +196,7 @@ void AddUserMissing(const MissingRule& rule, int index, BINVarList& list) {
   }
 }
 
-IBINVariable::BINWRoundingOption RoundingOf(const Options& options) {
+IBINVariable::BINWRoundingOption RoundingOf(const BinningOptions& options) {
   if (options.settings.weightRounding == "down") return IBINVariable::kTruncate;
   if (options.settings.weightRounding == "closest") return IBINVariable::kRoundToClosest;
   return static_cast<IBINVariable::BINWRoundingOption>(2);  // leaves weights as they are
@@ -204,7 +204,7 @@ IBINVariable::BINWRoundingOption RoundingOf(const Options& options) {
 
 }  // namespace
 
-Columns ChooseColumns(Source& table, const Options& options, const MissingTokens& missing) {
+Columns ChooseColumns(Source& table, const BinningOptions& options, const MissingTokens& missing) {
   Columns columns = FindNamedColumns(table, options);
   CheckRoles(table, columns, options.pairs.empty() ? "attribute" : "pair");
   const bool isChosen = !columns.attributes.empty();
@@ -215,7 +215,7 @@ Columns ChooseColumns(Source& table, const Options& options, const MissingTokens
   return columns;
 }
 
-BINVarList MakeVarList(const Source& table, const Columns& columns, const Options& options) {
+BINVarList MakeVarList(const Source& table, const Columns& columns, const BinningOptions& options) {
   BINVarList list;
   const std::vector<std::string>& names = table.GetNames();
   // A list has one target; the others are attributes that are named as targets later.
@@ -230,17 +230,17 @@ BINVarList MakeVarList(const Source& table, const Columns& columns, const Option
   for (const std::size_t attribute : columns.attributes) {
     list.AddContVar(names[attribute], "", IBINVariable::kAttribute);
   }
-  for (const UserMissing& definition : options.userMissing) {
-    const int index = list.FindVariable(definition.column);
+  for (const auto& [column, rule] : options.userMissing) {
+    const int index = list.FindVariable(column);
     if (index < 0) {
-      const std::string& name = names[table.GetColumn(definition.column)];
+      const std::string& name = names[table.GetColumn(column)];
       table.FailAtHeader(
           fmt::format("--user-missing names {}, which takes no part; expected the "
                       "target, the weight or a column to bin; add it with "
                       "--attribute",
                       Quoted(name)));
     }
-    if (index != list.GetWeightIndex()) AddUserMissing(definition.rule, index, list);
+    if (index != list.GetWeightIndex()) AddUserMissing(rule, index, list);
   }
   return list;
 }

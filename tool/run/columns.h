@@ -6,9 +6,9 @@
 
 #include <tqbinning/tqbinning.h>
 
-#include "cli/options.h"
 #include "input/numbertext.h"
 #include "input/source.h"
+#include "run/binningoptions.h"
 
 namespace TQTool {
 
@@ -48,11 +48,11 @@ inline int AttributeVariable(const Columns& columns, std::size_t attribute) {
 // unless the options name the pairs.  Afterwards the table's next row is its
 // first one.  Throws ToolError: kInput for a name that is not there, a table
 // without rows or without numeric column; kUsage for a column in two roles.
-Columns ChooseColumns(Source& table, const Options& options, const MissingTokens& missing);
+Columns ChooseColumns(Source& table, const BinningOptions& options, const MissingTokens& missing);
 
 // Describes the columns to the library: targets, weight and attributes, in this
 // order, with their user-missing values; those of the weight are left to the feed.  Throws
 // ToolError (kInput) for a user-missing value of a column that takes no part.
-BINVarList MakeVarList(const Source& table, const Columns& columns, const Options& options);
+BINVarList MakeVarList(const Source& table, const Columns& columns, const BinningOptions& options);
 
 }  // namespace TQTool

@@ -7,7 +7,7 @@
 #include <tqbinning/tqbinning.h>
 
 #include "base/privatedirectory.h"
-#include "cli/options.h"
+#include "run/binningoptions.h"
 #include "run/columns.h"
 #include "run/libraryrun.h"
 #include "run/progressline.h"
@@ -17,7 +17,7 @@ namespace TQTool {
 
 // What is to be binned; the references are borrowed.
 struct BinningTask {
-  const Options& options;
+  const BinningOptions& options;
   const Columns& columns;
   BINVarList& list;  // of the columns
   RecordFeed& feed;

@@ -8,15 +8,15 @@
 #include <tqbinning/tqbinning.h>
 #include <tqcommon/tqcommon.h>
 
-#include "cli/options.h"
 #include "model/model.h"
+#include "run/binningoptions.h"
 #include "run/recordfeed.h"
 
 namespace TQTool {
 
 // What one run of the library works with; the references are borrowed.
 struct LibraryWork {
-  const Options& options;
+  const BinningOptions& options;
   const std::string& inputName;
   const RecordFeed& feed;  // where the cases come from, to be asked for its error
   TQQueryCancel& query;

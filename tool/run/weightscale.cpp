@@ -16,13 +16,14 @@ namespace TQTool {
 namespace {
 
 // The mean of the weights that are known and above zero; 1 when there is none.
-double MeanWeight(const Options& options, const MissingTokens& missing, const WeightRule& rule) {
+double MeanWeight(const BinningOptions& options, const MissingTokens& missing,
+                  const WeightRule& rule) {
   if (!CanBeReadTwice(options.input)) {
     throw ToolError(kUsage,
                     "--weight-scale mean has to read the input twice, which standard input and "
                     "pipes do not allow; save the data in a file, or give a number");
   }
-  Options weightOnly;
+  BinningOptions weightOnly;
   weightOnly.input = options.input;
   weightOnly.input.isVerbose = false;  // the run itself tells what it finds
   weightOnly.settings.weightRounding = "none";
@@ -48,11 +49,11 @@ double MeanWeight(const Options& options, const MissingTokens& missing, const We
 
 }  // namespace
 
-WeightRule FindWeightRule(const Options& options, const MissingTokens& missing) {
+WeightRule FindWeightRule(const BinningOptions& options, const MissingTokens& missing) {
   const Settings& settings = options.settings;
   WeightRule rule;
   if (settings.weight.empty()) return rule;
-  rule.missing = MissingRuleOf(settings.weight, options.userMissing);
+  rule.missing = options.MissingRuleOf(settings.weight);
   if (settings.weightScale == kMeanScale) {
     rule.divisor = MeanWeight(options, missing, rule);
   } else if (!settings.weightScale.empty()) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/options.h"
 #include "input/numbertext.h"
+#include "run/binningoptions.h"
 #include "run/recordfeed.h"
 
 namespace TQTool {
@@ -9,6 +9,6 @@ namespace TQTool {
 // What the options say about the weight.  For a scale of "mean" this reads the input
 // once, from the beginning.  Throws ToolError: kUsage when the input can be read only
 // once, kInput for weights that are no numbers or too large to be added up.
-WeightRule FindWeightRule(const Options& options, const MissingTokens& missing);
+WeightRule FindWeightRule(const BinningOptions& options, const MissingTokens& missing);
 
 }  // namespace TQTool

@@ -15,13 +15,13 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-std::optional<Options> Parse(std::vector<std::string> arguments, std::string* answer) {
+std::optional<BinningOptions> Parse(std::vector<std::string> arguments, std::string* answer) {
   arguments.insert(arguments.begin(), "tqbin");
   std::vector<const char*> argv;
   for (const std::string& argument : arguments) argv.push_back(argument.c_str());
-  std::optional<Options> options;
+  std::optional<BinningOptions> options;
   Commands commands;
-  commands.bin = [&options](const Options& given) {
+  commands.bin = [&options](const BinningOptions& given) {
     options = given;
     return 0;
   };
@@ -32,7 +32,7 @@ std::optional<Options> Parse(std::vector<std::string> arguments, std::string* an
 }
 
 // The options of a supervised run on f.csv with further arguments.
-Options Supervised(std::vector<std::string> arguments) {
+BinningOptions Supervised(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), {"supervised", "f.csv", "--target", "t"});
   std::string answer;
   return Parse(arguments, &answer).value();
@@ -50,7 +50,7 @@ std::string ErrorOfSupervised(const std::vector<std::string>& arguments) {
 }
 
 TEST(Options, DefaultsOfASupervisedRun) {
-  const Options options = Supervised({});
+  const BinningOptions options = Supervised({});
   EXPECT_EQ(Method::kSupervised, options.method);
   EXPECT_THAT(options.input.inputs, ElementsAre("f.csv"));
   EXPECT_THAT(options.targets, ElementsAre("t"));
@@ -70,33 +70,33 @@ TEST(Options, DefaultsOfASupervisedRun) {
 TEST(Options, AliasesNameTheMethods) {
   std::string answer;
   EXPECT_EQ(Method::kSupervised, Parse({"mdlp", "-", "-t", "x"}, &answer)->method);
-  const std::optional<Options> options = Parse({"ef", "f", "-b", "5"}, &answer);
+  const std::optional<BinningOptions> options = Parse({"ef", "f", "-b", "5"}, &answer);
   EXPECT_EQ(Method::kEqualFrequency, options->method);
   EXPECT_EQ(5, options->settings.bins);
 }
 
 TEST(Options, EveryOptionArrives) {
-  const Options options = Supervised({"-a",
-                                      "x,y",
-                                      "--attribute=z",
-                                      "-w",
-                                      "n",
-                                      "--weight-rounding",
-                                      "down",
-                                      "--closed",
-                                      "left",
-                                      "--prebin-threshold",
-                                      "50",
-                                      "--prebin-bins",
-                                      "20",
-                                      "--min-bin-factor",
-                                      "0.25",
-                                      "--delimiter",
-                                      ";",
-                                      "--temp-dir",
-                                      "/d",
-                                      "--format",
-                                      "json"});
+  const BinningOptions options = Supervised({"-a",
+                                             "x,y",
+                                             "--attribute=z",
+                                             "-w",
+                                             "n",
+                                             "--weight-rounding",
+                                             "down",
+                                             "--closed",
+                                             "left",
+                                             "--prebin-threshold",
+                                             "50",
+                                             "--prebin-bins",
+                                             "20",
+                                             "--min-bin-factor",
+                                             "0.25",
+                                             "--delimiter",
+                                             ";",
+                                             "--temp-dir",
+                                             "/d",
+                                             "--format",
+                                             "json"});
   EXPECT_THAT(options.attributes, ElementsAre("x,y", "z"));
   EXPECT_EQ("n", options.settings.weight);
   EXPECT_EQ("down", options.settings.weightRounding);
@@ -132,27 +132,26 @@ TEST(Options, MissingTokensReplaceTheDefaultAndMayBeEmpty) {
 }
 
 TEST(Options, UserMissingValuesAddUpPerColumn) {
-  const Options options = Supervised(
+  const BinningOptions options = Supervised(
       {"--user-missing", "a=9, 99", "--user-missing", "b=c=-1", "--user-missing", "a=90..95,7"});
   ASSERT_EQ(2U, options.userMissing.size());
-  EXPECT_EQ("a", options.userMissing[0].column);
-  EXPECT_THAT(options.userMissing[0].rule.numbers, ElementsAre(9.0, 99.0, 7.0));
-  EXPECT_EQ((ClosedRange{90.0, 95.0}), options.userMissing[0].rule.range);
-  EXPECT_EQ("b=c", options.userMissing[1].column);
-  EXPECT_THAT(options.userMissing[1].rule.numbers, ElementsAre(-1.0));
-  EXPECT_EQ(std::nullopt, options.userMissing[1].rule.range);
+  EXPECT_THAT(options.userMissing.at("a").numbers, ElementsAre(9.0, 99.0, 7.0));
+  EXPECT_EQ((ClosedRange{90.0, 95.0}), options.userMissing.at("a").range);
+  EXPECT_THAT(options.userMissing.at("b=c").numbers, ElementsAre(-1.0));
+  EXPECT_EQ(std::nullopt, options.userMissing.at("b=c").range);
 }
 
 TEST(Options, UserMissingRangesMayBeOpen) {
-  const Options options = Supervised({"--user-missing", "a=..0", "--user-missing", "b=1.5.."});
-  EXPECT_EQ((ClosedRange{-INFINITY, 0.0}), options.userMissing[0].rule.range);
-  EXPECT_EQ((ClosedRange{1.5, INFINITY}), options.userMissing[1].rule.range);
+  const BinningOptions options =
+      Supervised({"--user-missing", "a=..0", "--user-missing", "b=1.5.."});
+  EXPECT_EQ((ClosedRange{-INFINITY, 0.0}), options.userMissing.at("a").range);
+  EXPECT_EQ((ClosedRange{1.5, INFINITY}), options.userMissing.at("b").range);
 }
 
 TEST(Options, UserMissingValuesOfTheTargetAreTexts) {
-  const Options options = Supervised({"--user-missing", "t=don't know,1..2"});
-  EXPECT_THAT(options.userMissing[0].rule.texts, ElementsAre("don't know", "1..2"));
-  EXPECT_THAT(options.userMissing[0].rule.numbers, ElementsAre());
+  const BinningOptions options = Supervised({"--user-missing", "t=don't know,1..2"});
+  EXPECT_THAT(options.userMissing.at("t").texts, ElementsAre("don't know", "1..2"));
+  EXPECT_THAT(options.userMissing.at("t").numbers, ElementsAre());
 }
 
 TEST(Options, BadUserMissingValuesAreRefused) {
@@ -195,13 +194,13 @@ TEST(Options, OptionsWithoutEffectAreRefused) {
 TEST(Options, TargetsAndPairsMayBeRepeated) {
   EXPECT_THAT(Supervised({"-t", "u", "--target", "v"}).targets, ElementsAre("t", "u", "v"));
   std::string answer;
-  const Options options =
+  const BinningOptions options =
       Parse({"mdlp", "f", "--pair", "a:t", "--pair", "b:c: u ", "--user-missing", "u=none,9"},
             &answer)
           .value();
   EXPECT_THAT(options.targets, ElementsAre());
   EXPECT_THAT(options.pairs, ElementsAre(AttributeTarget{"a", "t"}, AttributeTarget{"b:c", "u"}));
-  EXPECT_THAT(options.userMissing.at(0).rule.texts, ElementsAre("none", "9"));
+  EXPECT_THAT(options.userMissing.at("u").texts, ElementsAre("none", "9"));
 }
 
 TEST(Options, PairsThatCannotBeMeantAreRefused) {
@@ -216,7 +215,7 @@ TEST(Options, PairsThatCannotBeMeantAreRefused) {
 
 TEST(Options, ScaledWeightsAreNotRoundedUnlessAskedFor) {
   EXPECT_EQ("", Supervised({"-w", "w"}).settings.weightScale);
-  const Options options = Supervised({"-w", "w", "--weight-scale", "mean"});
+  const BinningOptions options = Supervised({"-w", "w", "--weight-scale", "mean"});
   EXPECT_EQ("mean", options.settings.weightScale);
   EXPECT_EQ("none", options.settings.weightRounding);
   EXPECT_EQ("down", Supervised({"-w", "w", "--weight-scale", "2.5", "--weight-rounding", "down"})

@@ -22,7 +22,7 @@ struct Choice {
   std::string firstField;  // of the next row afterwards
 };
 
-Choice ChooseIn(const std::string& text, const Options& options) {
+Choice ChooseIn(const std::string& text, const BinningOptions& options) {
   Choice choice;
   CsvSource table(ReaderOf(text));
   const MissingTokens missing(MissingTokens::Default());
@@ -33,14 +33,14 @@ Choice ChooseIn(const std::string& text, const Options& options) {
   return choice;
 }
 
-Options WithTarget(const std::string& target) {
-  Options options;
+BinningOptions WithTarget(const std::string& target) {
+  BinningOptions options;
   options.targets = {target};
   return options;
 }
 
 TEST(ChooseColumns, TakesNumericColumnsButTargetAndWeight) {
-  Options options = WithTarget("t");
+  BinningOptions options = WithTarget("t");
   options.settings.weight = "w";
   const Choice choice = ChooseIn("a,t,b,w,c\n1,2,x,4,NA\n,2,y,4,-5e3\n", options);
   EXPECT_EQ("none", choice.error);
@@ -52,7 +52,7 @@ TEST(ChooseColumns, TakesNumericColumnsButTargetAndWeight) {
 }
 
 TEST(ChooseColumns, SaysWhatItSkipsAndWhy) {
-  const Choice choice = ChooseIn("a,,b,c,d,e,f,g,h\n1,2,,p,q,r,s,t,u\n", Options());
+  const Choice choice = ChooseIn("a,,b,c,d,e,f,g,h\n1,2,,p,q,r,s,t,u\n", BinningOptions());
   EXPECT_THAT(choice.columns.attributes, ElementsAre(0));
   EXPECT_EQ(
       "tqbin: note: skipped 1 column without a name in the header: column 2\n"
@@ -65,16 +65,17 @@ TEST(ChooseColumns, SaysWhatItSkipsAndWhy) {
 TEST(ChooseColumns, LooksAtTheFirstThousandRowsOnly) {
   std::string text = "a,b\n";
   for (int i = 0; i < 999; ++i) text += "1,2\n";
-  EXPECT_THAT(ChooseIn(text + "1,x\n", Options()).columns.attributes, ElementsAre(0));
-  EXPECT_THAT(ChooseIn(text + "1,2\n1,x\n", Options()).columns.attributes, ElementsAre(0, 1));
+  EXPECT_THAT(ChooseIn(text + "1,x\n", BinningOptions()).columns.attributes, ElementsAre(0));
+  EXPECT_THAT(ChooseIn(text + "1,2\n1,x\n", BinningOptions()).columns.attributes,
+              ElementsAre(0, 1));
 }
 
 TEST(ChooseColumns, TakesInfinityForANumberSoThatItIsReportedAsAnError) {
-  EXPECT_THAT(ChooseIn("a\ninf\n", Options()).columns.attributes, ElementsAre(0));
+  EXPECT_THAT(ChooseIn("a\ninf\n", BinningOptions()).columns.attributes, ElementsAre(0));
 }
 
 TEST(ChooseColumns, TakesNamedColumnsInTheOrderGivenAndOnce) {
-  Options options;
+  BinningOptions options;
   options.attributes = {"c, a", "b", "a"};
   const Choice choice = ChooseIn("a,b,c\nx,y,z\n", options);
   EXPECT_THAT(choice.columns.attributes, ElementsAre(2, 0, 1));
@@ -82,13 +83,13 @@ TEST(ChooseColumns, TakesNamedColumnsInTheOrderGivenAndOnce) {
 }
 
 TEST(ChooseColumns, NameWithCommasIsANameFirst) {
-  Options options;
+  BinningOptions options;
   options.attributes = {"a,b"};
   EXPECT_THAT(ChooseIn("a,b,\"a,b\"\n1,2,3\n", options).columns.attributes, ElementsAre(2));
 }
 
 TEST(ChooseColumns, UnknownNamesAreErrors) {
-  Options options = WithTarget("tt");
+  BinningOptions options = WithTarget("tt");
   EXPECT_EQ("3: f.csv:1: no column is named 'tt'; did you mean 't'?",
             ChooseIn("a,t\n1,2\n", options).error);
   options = WithTarget("t");
@@ -97,7 +98,7 @@ TEST(ChooseColumns, UnknownNamesAreErrors) {
 }
 
 TEST(ChooseColumns, ColumnInTwoRolesIsAnError) {
-  Options options = WithTarget("t");
+  BinningOptions options = WithTarget("t");
   options.settings.weight = "t";
   EXPECT_EQ("2: --weight: 't' is a target already; expected another column",
             ChooseIn("a,t\n1,2\n", options).error);
@@ -108,7 +109,7 @@ TEST(ChooseColumns, ColumnInTwoRolesIsAnError) {
 }
 
 TEST(ChooseColumns, EveryAttributeGoesAgainstEveryTarget) {
-  Options options;
+  BinningOptions options;
   options.targets = {"t", "u", "t"};
   const Columns columns = ChooseIn("a,t,b,u\n1,2,3,4\n", options).columns;
   EXPECT_THAT(columns.targets, ElementsAre(1, 3));
@@ -118,12 +119,12 @@ TEST(ChooseColumns, EveryAttributeGoesAgainstEveryTarget) {
 }
 
 TEST(ChooseColumns, WithoutTargetAttributesStandAlone) {
-  const Columns columns = ChooseIn("a,b\n1,2\n", Options()).columns;
+  const Columns columns = ChooseIn("a,b\n1,2\n", BinningOptions()).columns;
   EXPECT_THAT(columns.pairs, ElementsAre(ColumnPair{0, std::nullopt}, ColumnPair{1, std::nullopt}));
 }
 
 TEST(ChooseColumns, NamedPairsAreSortedByAttributeAndTakenOnce) {
-  Options options;
+  BinningOptions options;
   options.pairs = {{"b", "u"}, {"a", "t"}, {"b", "t"}, {"b", "u"}};
   const Choice choice = ChooseIn("a,t,b,u,c\n1,2,3,4,5\n", options);
   EXPECT_EQ("none", choice.error);
@@ -134,23 +135,23 @@ TEST(ChooseColumns, NamedPairsAreSortedByAttributeAndTakenOnce) {
 }
 
 TEST(ChooseColumns, PairThatBinsATargetIsAnError) {
-  Options options;
+  BinningOptions options;
   options.pairs = {{"a", "t"}, {"t", "u"}};
   EXPECT_EQ("2: --pair: 't' is a target already; expected another column",
             ChooseIn("a,t,u\n1,2,3\n", options).error);
 }
 
 TEST(ChooseColumns, TableWithoutRowsOrNumbersIsAnError) {
-  EXPECT_THAT(ChooseIn("a,b\n", Options()).error, StartsWith("3: f.csv:1: no row follows"));
-  Options named;
+  EXPECT_THAT(ChooseIn("a,b\n", BinningOptions()).error, StartsWith("3: f.csv:1: no row follows"));
+  BinningOptions named;
   named.attributes = {"a"};
   EXPECT_THAT(ChooseIn("a,b\n", named).error, StartsWith("3: f.csv:1: no row follows"));
-  EXPECT_THAT(ChooseIn("a,b\nx,y\n", Options()).error,
+  EXPECT_THAT(ChooseIn("a,b\nx,y\n", BinningOptions()).error,
               StartsWith("3: f.csv:1: no column can be binned"));
 }
 
 // The list that MakeVarList makes for a table of columns t, w, a and b.
-BINVarList ListFor(const Options& options) {
+BINVarList ListFor(const BinningOptions& options) {
   const CsvSource table(ReaderOf("a,b,t,w\n1,2,x,3\n"));
   return MakeVarList(table, {{2}, 3, {1, 0}, {}}, options);
 }
@@ -169,7 +170,7 @@ TEST(MakeVarList, ListsTargetWeightAndAttributes) {
 TEST(MakeVarList, ListsTheFirstTargetAsTargetAndTheOthersBehindIt) {
   const CsvSource table(ReaderOf("a,b,t,w\n1,2,x,3\n"));
   const Columns columns = {{2, 0}, 3, {1}, {}};
-  const BINVarList list = MakeVarList(table, columns, Options());
+  const BINVarList list = MakeVarList(table, columns, BinningOptions());
   ASSERT_EQ(4, list.Size());
   EXPECT_EQ(0, list.GetTargetIndex());
   EXPECT_EQ("a", list.GetVarAt(TargetVariable(1))->GetVariableName());
@@ -180,7 +181,7 @@ TEST(MakeVarList, ListsTheFirstTargetAsTargetAndTheOthersBehindIt) {
 
 TEST(MakeVarList, RoundsWeightsAsAsked) {
   const auto rounded = [](const std::string& rule) {
-    Options options = WithTarget("t");
+    BinningOptions options = WithTarget("t");
     options.settings.weightRounding = rule;
     const BINVarList list = ListFor(options);
     return dynamic_cast<const BINRoundEncoder*>(list.GetEncoderAt(1))->Encode(2.75);
@@ -191,7 +192,7 @@ TEST(MakeVarList, RoundsWeightsAsAsked) {
 }
 
 TEST(MakeVarList, HandsUserMissingValuesOn) {
-  Options options = WithTarget("t");
+  BinningOptions options = WithTarget("t");
   options.userMissing = {{"a", {{9.0}, ClosedRange{5.0, 6.0}, {}}},
                          {"t", {{}, std::nullopt, {"x"}}},
                          {"w", {{1.0}, std::nullopt, {}}}};
@@ -210,13 +211,13 @@ TEST(MakeVarList, HandsUserMissingValuesOn) {
 
 TEST(MakeVarList, UserMissingValuesOfAColumnThatTakesNoPartAreAnError) {
   const CsvSource table(ReaderOf("a,b\n1,2\n"));
-  Options options;
+  BinningOptions options;
   options.userMissing = {{"b", {{9.0}, std::nullopt, {}}}};
   EXPECT_THAT(ErrorOf([&] {
                 MakeVarList(table, {{}, std::nullopt, {0}, {}}, options);
               }),
               HasSubstr("--user-missing names 'b', which takes no part;"));
-  options.userMissing[0].column = "c";
+  options.userMissing = {{"c", {}}};
   EXPECT_THAT(ErrorOf([&] {
                 MakeVarList(table, {{}, std::nullopt, {0}, {}}, options);
               }),

@@ -21,7 +21,7 @@ using testing::Not;
 // A weighted file of 3,000 rows, with missing values, to be binned.
 struct WeightedRun {
   support::ScratchDirectory directory;
-  Options options;
+  BinningOptions options;
 
   WeightedRun() {
     std::ofstream file(directory.File("rows.csv"));

@@ -22,7 +22,7 @@ struct Feed {
 };
 
 Feed FeedOf(const std::string& rows, bool withTarget = true, bool withWeight = true,
-            const std::vector<UserMissing>& userMissing = {}) {
+            const UserMissing& userMissing = {}) {
   CsvSource table(ReaderOf(kHeader + rows, 5));
   Columns columns;
   if (withTarget) columns.targets = {0};
@@ -30,7 +30,7 @@ Feed FeedOf(const std::string& rows, bool withTarget = true, bool withWeight = t
   columns.attributes = {2, 3};
   const auto target = withTarget ? std::optional<std::size_t>(0) : std::nullopt;
   columns.pairs = {{0, target}, {1, target}};
-  Options options;
+  BinningOptions options;
   if (withTarget) options.targets = {"t"};
   options.userMissing = userMissing;
   BINVarList list = MakeVarList(table, columns, options);
@@ -98,7 +98,7 @@ TEST(RecordFeed, WeightsAreScaledAfterTheMissingOnesWereFound) {
   const auto weightsOf = [](const WeightRule& rule) {
     CsvSource table(ReaderOf("w,a\n8,1\n9,1\n4,1\n"));
     const Columns columns = {{}, 0, {1}, {{0, std::nullopt}}};
-    Options options;
+    BinningOptions options;
     options.settings.weightRounding = "none";
     BINVarList list = MakeVarList(table, columns, options);
     const MissingTokens missing(MissingTokens::Default());
@@ -119,7 +119,7 @@ TEST(RecordFeed, WeightsAreScaledAfterTheMissingOnesWereFound) {
 TEST(RecordFeed, EveryTargetHasCodesAndCountsOfItsOwn) {
   CsvSource table(ReaderOf("t,u,a\nx,p,1\ny,,2\nx,q,3\n"));
   const Columns columns = {{0, 1}, std::nullopt, {2}, {{0, 0}, {0, 1}}};
-  BINVarList list = MakeVarList(table, columns, Options());
+  BINVarList list = MakeVarList(table, columns, BinningOptions());
   const MissingTokens missing(MissingTokens::Default());
   RecordFeed records(table, columns, missing, list);
   std::vector<double> codes;

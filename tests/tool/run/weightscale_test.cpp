@@ -30,7 +30,7 @@ class WeightScale : public testing::Test {
 
   support::ScratchDirectory fDirectory;
   std::string fPath = fDirectory.File("weights.csv");
-  Options fOptions;
+  BinningOptions fOptions;
 };
 
 TEST_F(WeightScale, WithoutScaleWeightsStay) {

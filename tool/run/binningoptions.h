@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "cli/usermissing.h"
 #include "input/inputoptions.h"
 #include "model/model.h"
 #include "output/outputoptions.h"
@@ -21,14 +23,17 @@ struct AttributeTarget {
   bool operator==(const AttributeTarget&) const = default;
 };
 
+// What a user declares missing, by column.
+using UserMissing = std::map<std::string, MissingRule, std::less<>>;
+
 // What the command line asks for, checked as far as it can be without the input.
-struct Options {
+struct BinningOptions {
   Method method = Method::kSupervised;
   InputOptions input;
   std::vector<std::string> targets;     // none for equal frequency
   std::vector<std::string> attributes;  // as given: names, or lists of names; empty for all
   std::vector<AttributeTarget> pairs;   // instead of all attributes against all targets
-  std::vector<UserMissing> userMissing;
+  UserMissing userMissing;
   Settings settings;
   bool isStrict = false;      // a column that was not cut as asked makes the exit code 1
   bool hasTimestamp = false;  // the model says when it was made
@@ -38,6 +43,12 @@ struct Options {
   std::optional<std::size_t> memoryForJobs;  // in bytes; none for the usual share
   OutputOptions output;
   ProgressKind progress = ProgressKind::kAuto;
+
+  // What is declared missing in a column.
+  MissingRule MissingRuleOf(std::string_view column) const {
+    const auto declared = userMissing.find(column);
+    return declared == userMissing.end() ? MissingRule{} : declared->second;
+  }
 };
 
 }  // namespace TQTool
