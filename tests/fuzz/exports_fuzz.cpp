@@ -19,11 +19,13 @@
 #include <sqlite3.h>
 
 #include "apply/apply.h"
+#include "base/plaintext.h"
 #include "export/export.h"
 #include "fuzz/bytes.h"
 #include "fuzz/target.h"
 #include "fuzz/toolmessage.h"
 #include "input/csvreader.h"
+#include "input/missingtokens.h"
 #include "input/numbertext.h"
 
 namespace {

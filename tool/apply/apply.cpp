@@ -10,6 +10,7 @@
 
 #include "base/plaintext.h"
 #include "base/toolerror.h"
+#include "input/missingtokens.h"
 #include "input/numbertext.h"
 #include "output/fieldtext.h"
 

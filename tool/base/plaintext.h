@@ -13,6 +13,14 @@ std::string Printable(std::string_view text);
 // The same in single quotes, cut after 40 characters: for use in messages.
 std::string Quoted(std::string_view text);
 
+// Text without the blanks and tabs around it.
+inline std::string_view TrimBlanks(std::string_view text) {
+  const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 // Whether a text is UTF-8.
 bool IsUtf8(std::string_view text);
 

@@ -9,6 +9,7 @@
 #include "cli/addcommands.h"
 #include "cli/inputarguments.h"
 #include "cli/usermissing.h"
+#include "input/missingtokens.h"
 #include "input/numbertext.h"
 
 namespace TQTool {

@@ -8,7 +8,6 @@
 
 #include "base/plaintext.h"
 #include "base/toolerror.h"
-#include "input/numbertext.h"
 
 namespace TQTool {
 namespace {

@@ -1,6 +1,5 @@
 #include "input/numbertext.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <system_error>
@@ -22,29 +21,6 @@ NumberText ReadNumber(std::string_view text, double* number, char decimalPoint) 
   if (std::abs(value) >= std::numeric_limits<double>::max()) return NumberText::kInfinite;
   *number = value + 0.0;  // turns -0.0 into 0.0 and nothing else
   return NumberText::kNumber;
-}
-
-MissingTokens::MissingTokens(const std::vector<std::string>& tokens)
-    : fIsFirstByte{}, fHasEmpty(false) {
-  for (const std::string& token : tokens) {
-    const std::string_view text = TrimBlanks(token);
-    if (text.empty()) {
-      fHasEmpty = true;
-    } else {
-      fTokens.emplace_back(text);
-      fIsFirstByte[static_cast<unsigned char>(text.front())] = true;
-    }
-  }
-}
-
-const std::vector<std::string>& MissingTokens::Default() {
-  static const std::vector<std::string> tokens = {"",     "NA",   "N/A", "NaN", "nan",
-                                                  "NULL", "null", "?",   "."};
-  return tokens;
-}
-
-bool MissingTokens::IsListed(std::string_view text) const {
-  return std::find(fTokens.begin(), fTokens.end(), text) != fTokens.end();
 }
 
 }  // namespace TQTool

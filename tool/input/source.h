@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "input/numbertext.h"
+#include "base/plaintext.h"
 
 namespace TQTool {
 

@@ -16,7 +16,7 @@
 #include "base/privatedirectory.h"
 #include "base/toolerror.h"
 #include "base/version.h"
-#include "input/numbertext.h"
+#include "input/missingtokens.h"
 #include "input/opensource.h"
 #include "output/outputguard.h"
 #include "run/arrivalcheck.h"

@@ -11,6 +11,7 @@
 #include "base/notes.h"
 #include "base/plaintext.h"
 #include "base/toolerror.h"
+#include "input/numbertext.h"
 
 namespace TQTool {
 namespace {

@@ -6,7 +6,7 @@
 
 #include <tqbinning/tqbinning.h>
 
-#include "input/numbertext.h"
+#include "input/missingtokens.h"
 #include "input/source.h"
 #include "run/binningoptions.h"
 

@@ -10,6 +10,7 @@
 #include <tqbinning/tqbinning.h>
 #include <tqcommon/tqcommon.h>
 
+#include "input/missingtokens.h"
 #include "input/numbertext.h"
 #include "input/readahead.h"
 #include "input/source.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "input/numbertext.h"
+#include "input/missingtokens.h"
 #include "run/binningoptions.h"
 #include "run/recordfeed.h"
 

@@ -28,6 +28,13 @@ TEST(CountCharacters, CountsCodePoints) {
   EXPECT_EQ(3U, CountCharacters("a\xC3\xA4\xE2\x82\xAC"));
 }
 
+TEST(TrimBlanks, DropsBlanksAndTabsAtBothEnds) {
+  EXPECT_EQ("a b", TrimBlanks(" \ta b\t "));
+  EXPECT_EQ("", TrimBlanks(" \t "));
+  EXPECT_EQ("", TrimBlanks(""));
+  EXPECT_EQ("\n", TrimBlanks("\n"));
+}
+
 TEST(IsUtf8, TakesEveryCharacterInItsShortestForm) {
   for (const char* const text :
        {"", "a", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEF\xBF\xBF",

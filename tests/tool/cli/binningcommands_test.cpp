@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "input/numbertext.h"
+#include "input/missingtokens.h"
 #include "tooltesting.h"
 
 namespace TQTool {

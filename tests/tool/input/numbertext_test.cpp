@@ -20,13 +20,6 @@ NumberText KindOf(std::string_view text) {
   return kind;
 }
 
-TEST(TrimBlanks, DropsBlanksAndTabsAtBothEnds) {
-  EXPECT_EQ("a b", TrimBlanks(" \ta b\t "));
-  EXPECT_EQ("", TrimBlanks(" \t "));
-  EXPECT_EQ("", TrimBlanks(""));
-  EXPECT_EQ("\n", TrimBlanks("\n"));
-}
-
 TEST(ReadNumber, ReadsDecimalNumbers) {
   EXPECT_EQ(0.0, NumberIn("0"));
   EXPECT_EQ(42.0, NumberIn("42"));
@@ -82,30 +75,6 @@ TEST(ReadNumber, TakesAnotherDecimalPoint) {
   for (const char* const text : {"1.5", "1.234,5", "1,2,3", ","}) {
     EXPECT_EQ(NumberText::kNotNumber, ReadNumber(text, &number, ',')) << text;
   }
-}
-
-TEST(MissingTokens, TextWithoutDataIsMissingWhateverTheTokens) {
-  EXPECT_TRUE(MissingTokens({"x"}).Contains(std::string_view()));
-  EXPECT_FALSE(MissingTokens({"x"}).Contains(""));
-}
-
-TEST(MissingTokens, DefaultKnowsTheUsualMarks) {
-  const MissingTokens tokens(MissingTokens::Default());
-  for (const char* const text : {"", "NA", "N/A", "NaN", "nan", "NULL", "null", "?", "."}) {
-    EXPECT_TRUE(tokens.Contains(text)) << text;
-  }
-  for (const char* const text : {"na", "NAN", "Null", "0", "-", "N", "??", "NAs", "none"}) {
-    EXPECT_FALSE(tokens.Contains(text)) << text;
-  }
-}
-
-TEST(MissingTokens, OwnTokensReplaceTheDefault) {
-  const MissingTokens tokens({" -9 ", "missing"});
-  EXPECT_TRUE(tokens.Contains("-9"));
-  EXPECT_TRUE(tokens.Contains("missing"));
-  EXPECT_FALSE(tokens.Contains(""));
-  EXPECT_FALSE(tokens.Contains("-9.0"));
-  EXPECT_TRUE(MissingTokens({""}).Contains(""));
 }
 
 }  // namespace

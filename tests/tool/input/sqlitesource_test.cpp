@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include "input/missingtokens.h"
+#include "input/numbertext.h"
 #include "support/scratchdirectory.h"
 #include "tooltesting.h"
 
