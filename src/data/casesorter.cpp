@@ -383,7 +383,7 @@ unsigned int CaseSorter::SortTuples(std::span<Tuple> tuples, bool weightOrdersTi
     next = std::fill_n(next, count, tuple);
   };
   if (SortByCounting(distinct, put)) return distinct;
-  if (fPlaces.size() <= kFewKinds && CanSortByVector()) return SortByRanges(tuples);
+  if (fPlaces.size() <= kFewKinds && fMemory.usesVectors) return SortByRanges(tuples);
   SortByRadix();
   return HandOut(tuples);
 }
@@ -404,7 +404,7 @@ unsigned int CaseSorter::SortBareValues() {
     next = std::fill_n(next, count, value);
   };
   if (SortByCounting(distinct, put)) return distinct;
-  if (CanSortByVector()) return SortValuesByRanges();
+  if (fMemory.usesVectors) return SortValuesByRanges();
   SortByRadix();
   return countDistinct();
 }

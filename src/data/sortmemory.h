@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include "data/vectorsort.h"
+
 namespace TQBinning {
 
 // What sorting needs beside the tuples: at most one more tuple vector.
@@ -17,6 +19,8 @@ struct SortMemory {
   std::size_t kindCapacity = 0;
   std::size_t positionCapacity = 0;
   std::vector<unsigned char> kindOf;  // see CaseSorter
+  // Whether the processor's vectors are made use of; tests sort without them as well.
+  bool usesVectors = CanSortByVector();
   // For whom values[1] holds sorted values; null when it holds nothing of use.
   const void* sortedFor = nullptr;
 

@@ -35,10 +35,15 @@ void ExpectEqual(const std::vector<Tuple>& expected, const std::vector<Tuple>& g
 struct Mix {
   unsigned int targets;
   unsigned int weights;
+  bool hasVectors = true;  // as far as the processor has them
 };
 
 class CaseSorting : public testing::TestWithParam<Mix> {
  protected:
+  CaseSorting() { memory.usesVectors = memory.usesVectors && GetParam().hasVectors; }
+
+  SortMemory memory;
+
   std::vector<BINDataTuple> CasesOf(const NamedShape& shape, std::size_t n) const {
     Random random(n + 1);
     std::vector<BINDataTuple> cases(n);
@@ -68,13 +73,13 @@ class CaseSorting : public testing::TestWithParam<Mix> {
 
 INSTANTIATE_TEST_SUITE_P(Kinds, CaseSorting,
                          testing::Values(Mix{1, 1}, Mix{2, 1}, Mix{3, 1}, Mix{2, 5}, Mix{4, 4},
-                                         Mix{17, 1}, Mix{15, 17}));
+                                         Mix{17, 1}, Mix{15, 17}, Mix{1, 1, false},
+                                         Mix{2, 5, false}));
 
 // Beyond 4096 cases few distinct values are counted instead of sorted.
 constexpr std::size_t kSizes[] = {0, 1, 2, 3, 100, 1000, 4095, 4096};
 
 TEST_P(CaseSorting, SupervisedTuplesEndInTheOrderOfTheirValuesWithTheirTargetsAndWeights) {
-  SortMemory memory;
   for (const NamedShape& shape : Shapes()) {
     for (const std::size_t n : kSizes) {
       SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " cases");
@@ -95,7 +100,6 @@ TEST_P(CaseSorting, SupervisedTuplesEndInTheOrderOfTheirValuesWithTheirTargetsAn
 }
 
 TEST_P(CaseSorting, UnsupervisedTuplesOfOneValueEndInTheOrderOfTheirWeights) {
-  SortMemory memory;
   for (const NamedShape& shape : Shapes()) {
     for (const std::size_t n : kSizes) {
       SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " cases");
@@ -115,7 +119,6 @@ TEST_P(CaseSorting, UnsupervisedTuplesOfOneValueEndInTheOrderOfTheirWeights) {
 
 // Many cases are split into ranges of values: two and four of them.
 TEST_P(CaseSorting, ManyCasesEndInTheSameOrder) {
-  SortMemory memory;
   const NamedShape shapes[] = {
       {"distinct", [](Random& r, auto, auto) { return double(r.Next() >> 11); }},
       {"tied", [](Random& r, auto, auto) { return double(r.Below(5000)); }},
@@ -140,7 +143,6 @@ TEST_P(CaseSorting, ManyCasesEndInTheSameOrder) {
 // From few enough values to count to some more, with one kind and with so many that the
 // counters would not fit.
 TEST_P(CaseSorting, HoweverManyDistinctValuesThereAre) {
-  SortMemory memory;
   for (const std::uint64_t distinct : {256u, 257u, 4095u, 4096u, 4097u}) {
     const NamedShape shape{"", [&](Random& r, std::size_t i, std::size_t) {
                              return i < distinct ? double(i) : double(r.Below(distinct));
@@ -214,8 +216,7 @@ void ExpectSortedValues(std::vector<double> values, SortMemory& memory) {
   EXPECT_EQ(std::unique(values.begin(), values.end()) - values.begin(), distinct);
 }
 
-TEST(CaseSorter, SortsValuesWithoutTuples) {
-  SortMemory memory;
+void ExpectSortedShapes(SortMemory& memory) {
   for (const NamedShape& shape : Shapes()) {
     for (const std::size_t n : {0U, 1U, 2U, 3U, 100U, 4095U, 4096U, 20000U}) {
       SCOPED_TRACE(std::string(shape.name) + ", " + std::to_string(n) + " values");
@@ -228,6 +229,17 @@ TEST(CaseSorter, SortsValuesWithoutTuples) {
       ExpectSortedValues(values, memory);
     }
   }
+}
+
+TEST(CaseSorter, SortsValuesWithoutTuples) {
+  SortMemory memory;
+  ExpectSortedShapes(memory);
+}
+
+TEST(CaseSorter, SortsValuesOnAProcessorWithoutVectors) {
+  SortMemory memory;
+  memory.usesVectors = false;
+  ExpectSortedShapes(memory);
 }
 
 TEST(CaseSorter, SortsMoreValuesThanTheCacheHasRoomFor) {
